@@ -1,0 +1,121 @@
+// The rows of one SELECT, all in memory.
+#pragma once
+
+#include "base/DateTime.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kintar {
+
+/// What a column holds, as far as the statement tells. Decides how a value shows as text.
+enum class ColumnType : std::uint8_t { Any, Integer, Real, Text, YesNo, DateTime };
+
+/// One value of a row; a view, valid as long as its recordset.
+class FieldValue {
+public:
+    enum class Kind : std::uint8_t { Null, Integer, Real, Text };
+
+    FieldValue() = default;
+    FieldValue(ColumnType type, std::int64_t value);
+    FieldValue(ColumnType type, double value);
+    FieldValue(ColumnType type, std::string_view value);
+
+    [[nodiscard]] Kind kind() const { return kind_; }
+    [[nodiscard]] bool isNull() const { return kind_ == Kind::Null; }
+
+    /// As text: Yes/No as `True` or `False`, date-times as the database holds them, Null as "".
+    [[nodiscard]] std::string text() const;
+    /// The text without a copy; empty where the value is not text.
+    [[nodiscard]] std::string_view view() const { return text_; }
+    /// As a number by its leading digits; Null as 0. Raises run-time error 6 outside 32 bits.
+    [[nodiscard]] std::int32_t leadingLong() const;
+    /// As a whole number. Raises 94 for Null, 13 for text that is no number, 6 outside the type.
+    [[nodiscard]] std::int32_t asLong() const;
+    [[nodiscard]] std::int16_t asInteger() const;
+    /// Anything but 0 and Null is true. Raises 13 for text that is neither a number, True nor False.
+    [[nodiscard]] bool asBoolean() const;
+    /// Raises 94 for Null, 13 for what is no date-time.
+    [[nodiscard]] DateTime asDateTime() const;
+    [[nodiscard]] double asReal() const;
+
+private:
+    Kind kind_ = Kind::Null;
+    ColumnType type_ = ColumnType::Any;
+    union {
+        std::int64_t integer_ = 0;
+        double real_;
+    };
+    std::string_view text_;
+};
+
+struct Column {
+    std::string name;
+    ColumnType type = ColumnType::Any;
+};
+
+/// A static snapshot: the count is known, rows are read in either direction by column name (without
+/// regard to case) or position. A fresh recordset stands on its first row, or at the end if it has
+/// none. Movable, not copied.
+class Recordset {
+public:
+    Recordset() = default;
+    explicit Recordset(std::vector<Column> columns);
+    Recordset(Recordset&&) noexcept = default;
+    Recordset& operator=(Recordset&&) noexcept = default;
+    Recordset(const Recordset&) = delete;
+    Recordset& operator=(const Recordset&) = delete;
+    ~Recordset() = default;
+
+    // Filling, by engines: the values of a row in column order, row after row.
+    void addNull();
+    void addInteger(std::int64_t value);
+    void addReal(double value);
+    void addText(std::string_view value);
+
+    [[nodiscard]] std::size_t RecordCount() const;
+    [[nodiscard]] std::size_t FieldCount() const { return columns_.size(); }
+    [[nodiscard]] const std::vector<Column>& columns() const { return columns_; }
+
+    [[nodiscard]] bool atEnd() const { return position_ >= count(); }
+    [[nodiscard]] bool beforeStart() const { return position_ < 0; }
+    void MoveFirst() { position_ = 0; }
+    void MoveLast() { position_ = count() - 1; }
+    void MoveNext();
+    void MovePrevious();
+    /// Stands on row `row`, 0 the first.
+    void MoveTo(std::size_t row) { position_ = static_cast<std::ptrdiff_t>(row); }
+
+    /// The position of a column; throws RunTimeError 3265 ("Item cannot be found in the collection
+    /// corresponding to the requested name or ordinal.") where there is none.
+    [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;
+    /// A value of the current row; throws RunTimeError 3021 outside the rows.
+    [[nodiscard]] FieldValue field(std::string_view name) const { return field(fieldIndex(name)); }
+    [[nodiscard]] FieldValue field(std::size_t index) const;
+    /// A value of any row, for lists that show rows without moving.
+    [[nodiscard]] FieldValue at(std::size_t row, std::size_t index) const;
+
+    /// Bytes held, for reports of memory a row.
+    [[nodiscard]] std::size_t memoryUse() const;
+
+private:
+    // One cell is 16 bytes; texts stand one after another in one buffer.
+    struct Cell {
+        std::uint64_t payload = 0;
+        std::uint32_t length = 0;
+        FieldValue::Kind kind = FieldValue::Kind::Null;
+    };
+
+    [[nodiscard]] std::ptrdiff_t count() const {
+        return static_cast<std::ptrdiff_t>(RecordCount());
+    }
+
+    std::vector<Column> columns_;
+    std::vector<Cell> cells_;
+    std::string texts_;
+    std::ptrdiff_t position_ = 0;
+};
+
+} // namespace kintar
