@@ -9,7 +9,8 @@
 namespace kintar {
 
 /// The number that a text begins with, 0 where it begins with none. Blanks, tabs and line feeds are
-/// skipped wherever they stand; a sign, a decimal point, an exponent (`1e3`, `1d3`) and the prefixes
+/// skipped wherever they stand; a sign, a decimal point, an exponent (`1e3`, `1d3`) and the
+/// prefixes
 /// `&H` and `&O` are read; a comma ends the number. Raises run-time error 6 beyond a double.
 double leadingNumber(std::string_view text);
 
@@ -22,8 +23,8 @@ std::int32_t leadingLong(std::string_view text);
 std::string wholeNumber(std::string_view text);
 
 /// A text that is one number: blanks around, a sign, ASCII digits, one decimal point. The result is
-/// its plain decimal text (no blanks, plus sign, leading zeros or closing zeros of a fraction), with
-/// every digit kept. Nothing where the text is something else.
+/// its plain decimal text (no blanks, plus sign, leading zeros or closing zeros of a fraction),
+/// with every digit kept. Nothing where the text is something else.
 std::optional<std::string> numericText(std::string_view text);
 
 /// Whether a plain decimal text as the two functions above give it is greater than 0.

@@ -21,7 +21,8 @@ public:
     static RunTimeError typeMismatch(); ///< 13, "Type mismatch"
     static RunTimeError objectNotSet(); ///< 91, "Object variable or With block variable not set"
     static RunTimeError invalidNull();  ///< 94, "Invalid use of Null"
-    static RunTimeError duplicateKey(); ///< 457, "This key is already associated with an element of this collection"
+    static RunTimeError
+    duplicateKey(); ///< 457, "This key is already associated with an element of this collection"
 
 private:
     int number_;

@@ -1,4 +1,5 @@
-// The public classes: one table from which hosts, introspection, documents and argument checks come.
+// The public classes: one table from which hosts, introspection, documents and argument checks
+// come.
 #pragma once
 
 #include "base/DateTime.h"
@@ -20,8 +21,7 @@ namespace kintar {
 enum class ValueType : std::uint8_t { None, Int32, Int16, Boolean, String, DateTime };
 
 /// A value of a member. Holds the alternative that its ValueType names.
-using Value =
-    std::variant<std::monostate, std::int32_t, std::int16_t, bool, std::string, DateTime>;
+using Value = std::variant<std::monostate, std::int32_t, std::int16_t, bool, std::string, DateTime>;
 
 template <class T>
 constexpr ValueType valueTypeOf() {
@@ -77,7 +77,7 @@ struct Member {
     MemberKind kind = MemberKind::WriteOnly;
     ValueType type = ValueType::None; ///< of a property, or of a method's result
     std::vector<Parameter> parameters;
-    std::string summary;       ///< one sentence for the reference
+    std::string summary;        ///< one sentence for the reference
     bool signalsChange = false; ///< whether `ObjectSignals::changed` is sent for it
 
     std::function<Value(PublicObject&)> get;

@@ -35,7 +35,8 @@ public:
     /// As a whole number. Raises 94 for Null, 13 for text that is no number, 6 outside the type.
     [[nodiscard]] std::int32_t asLong() const;
     [[nodiscard]] std::int16_t asInteger() const;
-    /// Anything but 0 and Null is true. Raises 13 for text that is neither a number, True nor False.
+    /// Anything but 0 and Null is true. Raises 13 for text that is neither a number, True nor
+    /// False.
     [[nodiscard]] bool asBoolean() const;
     /// Raises 94 for Null, 13 for what is no date-time.
     [[nodiscard]] DateTime asDateTime() const;

@@ -6,8 +6,10 @@
 #include "server/Forms.h"
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace kintar {
 
@@ -42,11 +44,22 @@ public:
     /// Takes one from the count and runs shut-down.
     void removeInstance();
 
+    /// Start-up, which runs only where the count is exactly 1. A failure shows its message or none
+    /// and is no error of the caller.
     void InitShared();
+    /// Shut-down: unloads all seven forms every time; closes and releases the connections where the
+    /// count has fallen below 1.
     void TermShared();
+    /// Makes and empties the server's temporary folder. Throws, after a report, where that folder
+    /// is not the user's own; `gTempPath` is unchanged then and nothing has been emptied.
     void CleanTempFolder();
 
+    /// Reports a caught error to the companion, if there is one, under `object/routine`.
+    void reportError(const std::exception& error, std::string_view routine);
+
 private:
+    bool startUpOrMessage();
+
     Companion& companion_;
     platform::Application& application_;
     platform::TemporaryFolders& temporaryFolders_;
