@@ -34,8 +34,8 @@ public:
     DatabaseError(ErrorKind kind, const std::string& text);
     /// An error of a statement; `offset` is the byte where it was noticed. The text gets its
     /// position in front: "Position 12: …", counted in characters from 1.
-    static DatabaseError inStatement(ErrorKind kind, std::string_view statement,
-                                     std::size_t offset, const std::string& text);
+    static DatabaseError inStatement(ErrorKind kind, std::string_view statement, std::size_t offset,
+                                     const std::string& text);
     static DatabaseError closed();
 
     [[nodiscard]] ErrorKind kind() const { return kind_; }

@@ -8,11 +8,11 @@ namespace kintar::companion::dialect {
 namespace {
 
 constexpr std::array<std::string_view, 42> reservedWords{
-    "ALL",    "AND",    "AS",     "ASC",      "BETWEEN", "BY",     "CREATE", "DELETE", "DESC",
-    "DISTINCT", "DISTINCTROW", "DROP", "EXISTS", "FALSE", "FROM", "GROUP", "HAVING", "IN",
-    "INNER",  "INSERT", "INTO",   "IS",       "JOIN",    "LEFT",   "LIKE",   "NOT",    "NULL",
-    "ON",     "OR",     "ORDER",  "OUTER",    "RIGHT",   "SELECT", "SET",    "TOP",    "TRUE",
-    "UNION",  "UNIQUE", "UPDATE", "VALUES",   "WHERE",   "WITH"};
+    "ALL",      "AND",         "AS",     "ASC",    "BETWEEN", "BY",     "CREATE", "DELETE", "DESC",
+    "DISTINCT", "DISTINCTROW", "DROP",   "EXISTS", "FALSE",   "FROM",   "GROUP",  "HAVING", "IN",
+    "INNER",    "INSERT",      "INTO",   "IS",     "JOIN",    "LEFT",   "LIKE",   "NOT",    "NULL",
+    "ON",       "OR",          "ORDER",  "OUTER",  "RIGHT",   "SELECT", "SET",    "TOP",    "TRUE",
+    "UNION",    "UNIQUE",      "UPDATE", "VALUES", "WHERE",   "WITH"};
 
 constexpr char upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;

@@ -108,8 +108,8 @@ TokenKind singleSymbol(char c) {
 
 Lexer::Lexer(std::string_view statement) : statement_(statement) {
     if (statement.size() > maximumStatementLength) {
-        fail(maximumStatementLength, "the statement is longer than " +
-                                         std::to_string(maximumStatementLength) + " bytes");
+        fail(maximumStatementLength,
+             "the statement is longer than " + std::to_string(maximumStatementLength) + " bytes");
     }
     const std::size_t forbidden = firstForbiddenByte(statement);
     if (forbidden < statement.size()) {
@@ -176,8 +176,7 @@ std::size_t Lexer::digits(std::size_t at) const {
 }
 
 bool Lexer::signBelongsToNumber(std::size_t begin) const {
-    const bool pointAndDigit =
-        at(begin) == '.' && classOf(at(begin + 1)) == ByteClass::Digit;
+    const bool pointAndDigit = at(begin) == '.' && classOf(at(begin + 1)) == ByteClass::Digit;
     if (pointAndDigit) {
         return last_.kind != TokenKind::Word && last_.kind != TokenKind::BracketedName;
     }
@@ -246,7 +245,8 @@ Token Lexer::bracketed(std::size_t begin) {
     }
     for (std::size_t offset = 0; offset < name.size(); ++offset) {
         const auto c = static_cast<unsigned char>(name[offset]);
-        if (c < ' ' || c == 0x7F || std::string_view("[.!`\"").find(name[offset]) != std::string_view::npos) {
+        if (c < ' ' || c == 0x7F ||
+            std::string_view("[.!`\"").find(name[offset]) != std::string_view::npos) {
             fail(begin + 1 + offset, "a character that no name may hold");
         }
     }
@@ -295,12 +295,12 @@ LiteralValue Lexer::value(const Token& token) const {
         value.kind = whole ? LiteralKind::Integer : LiteralKind::Decimal;
     } else if (token.kind == TokenKind::Text) {
         value.kind = LiteralKind::Text;
-        value.hasDoubledQuotes =
-            token.text.find(statement_[token.begin]) != std::string_view::npos;
+        value.hasDoubledQuotes = token.text.find(statement_[token.begin]) != std::string_view::npos;
     } else {
         value.kind = LiteralKind::DateTime;
         if (!readDateTimeLiteral(token.text, value.dateTime)) {
-            fail(token.begin, "no date: expected month/day/year with or without hours:minutes:seconds");
+            fail(token.begin,
+                 "no date: expected month/day/year with or without hours:minutes:seconds");
         }
     }
     return value;

@@ -27,8 +27,8 @@ public:
         if (!good || !rest_.empty()) {
             return false;
         }
-        const auto read = DateTime::fromFields(fields[0], fields[1], fields[2], fields[3],
-                                               fields[4], fields[5]);
+        const auto read =
+            DateTime::fromFields(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
         value = read.value_or(DateTime());
         return read.has_value();
     }
