@@ -1,0 +1,1 @@
+kintar_logic(kintar_selection SOURCES SelectionQuery.cpp LINK kintar_base)
