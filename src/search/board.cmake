@@ -1,0 +1,1 @@
+kintar_logic(kintar_board SOURCES Board.cpp BoardRefresh.cpp HolderState.cpp LINK kintar_base)
