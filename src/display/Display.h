@@ -1,9 +1,8 @@
-// The display subsystem: its windows' places and its public classes.
+// The display subsystem: its windows' places.
 #pragma once
 
 #include "display/DisplayServices.h"
 #include "display/frmKintar.h"
-#include "server/ClassTable.h"
 #include "server/Forms.h"
 
 namespace kintar {
@@ -24,10 +23,5 @@ private:
     DisplayServices services_;
     DefaultInstance<frmKintar> kintar_;
 };
-
-/// Adds `objKintar`, whose objects are served by `display`, to the table.
-void addObjKintar(ClassTable& table, Display& display);
-/// Adds `objImageType`, which has no members and takes no part in the shared lifetime.
-void addObjImageType(ClassTable& table);
 
 } // namespace kintar

@@ -13,6 +13,9 @@ class Display;
 /// Every member is a value to be shown; setting `ID` shows them all.
 class objKintar final : public PublicObject {
 public:
+    /// The class, its objects served by `display`, which must outlive them.
+    static PublicClass describe(Display& display);
+
     /// Joins the shared lifetime and shows the photo window. Raises run-time error 6 where the
     /// count of instances overflows.
     explicit objKintar(Display& display);

@@ -1,0 +1,102 @@
+// kintar-site: makes sites with invented data and says what is wrong with a site.
+
+#include "tools/site/PhotoWriter.h"
+#include "tools/site/SiteError.h"
+#include "tools/site/SiteMaker.h"
+#include "tools/site/SiteSummary.h"
+
+#include <CLI/CLI.hpp>
+
+#include <ctime>
+#include <exception>
+#include <iostream>
+#include <optional>
+#include <string>
+
+namespace {
+
+using kintar::DateTime;
+namespace site = kintar::site;
+
+struct CreateArguments {
+    std::string folder;
+    site::SiteOptions options;
+    std::string now;
+    bool json = false;
+};
+
+/// The present local time, cut down to the hour: two sites made soon after one another are equal.
+DateTime presentHour() {
+    const std::time_t seconds = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return DateTime::fromFields(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                                local.tm_hour)
+        .value_or(DateTime());
+}
+
+CLI::App* addCreate(CLI::App& program, CreateArguments& arguments) {
+    CLI::App* create = program.add_subcommand("create", "Make a site with invented data");
+    create->add_option("DIR", arguments.folder, "Folder of the site: new, or empty")->required();
+    create->add_option("--names", arguments.options.names, "How many persons")
+        ->check(CLI::Range(0, site::mostNames))
+        ->capture_default_str();
+    create->add_option("--seed", arguments.options.seed, "Another seed, other data")
+        ->capture_default_str();
+    create->add_option("--photos", arguments.options.photos, "Only the first so many have photos")
+        ->check(CLI::Range(0, site::mostNames))
+        ->capture_default_str();
+    create->add_option("--now", arguments.now,
+                       "Moment before which cards were used, as 2012-03-14T17:00:00 "
+                       "(default: the present hour)");
+    create->add_flag("--json", arguments.json, "Say what was made as one JSON object");
+    create->footer("The same seed, counts and --now give the same site, byte by byte.\n"
+                   "Example: kintar-site create /tmp/site --names 2000 --seed 7");
+    return create;
+}
+
+int runCreate(CreateArguments& arguments) {
+    std::optional<DateTime> now = presentHour();
+    if (!arguments.now.empty()) {
+        now = DateTime::fromIso(arguments.now);
+        if (!now) {
+            throw site::SiteError("--now: '" + arguments.now +
+                                  "' is no moment such as 2012-03-14T17:00:00");
+        }
+    }
+    arguments.options.now = *now;
+    const std::uint64_t seed = arguments.options.seed;
+    const auto photos = [seed](const std::filesystem::path& folder,
+                               const std::vector<site::Person>& people) {
+        site::writePhotos(folder, people, seed);
+    };
+    site::SiteSummary summary{arguments.folder, arguments.options, {}};
+    summary.counts = site::makeSite(arguments.folder, arguments.options, photos);
+    std::cout << (arguments.json ? summaryJson(summary) : summaryText(summary)) << std::flush;
+    return 0;
+}
+
+int run(int argc, char** argv) {
+    CLI::App program("Makes sites with invented data, and says what is wrong with a site.");
+    program.require_subcommand(1);
+    CreateArguments create;
+    const CLI::App* createCommand = addCreate(program, create);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int status = program.exit(error);
+        return status == 0 ? 0 : 2;
+    }
+    return createCommand->parsed() ? runCreate(create) : 2;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "kintar-site: " << error.what() << '\n';
+        return 2;
+    }
+}
