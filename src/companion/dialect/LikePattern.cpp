@@ -80,9 +80,9 @@ std::string utf8(std::u32string_view codePoints) {
 LikePattern::LikePattern(std::string_view pattern) {
     const std::u32string points = codePoints(pattern);
     const std::u32string folded = codePoints(unicode::fold(pattern));
+    const std::size_t lastClose = points.rfind(U']');
     for (std::size_t at = 0; at < points.size();) {
-        const std::size_t close = points[at] == U'[' ? points.find(U']', at) : std::u32string::npos;
-        if (close != std::u32string::npos) {
+        if (points[at] == U'[' && lastClose != std::u32string::npos && at < lastClose) {
             at = readSet(points, at);
             continue;
         }
@@ -130,15 +130,15 @@ std::size_t LikePattern::readSet(const std::u32string& pattern, std::size_t open
 }
 
 bool LikePattern::inSet(const Element& set, char32_t character) {
-    for (const char32_t variant : unicode::caseVariants(character)) {
-        const auto holds = [&](const Range& range) {
+    const auto holds = [&](char32_t variant) {
+        return std::ranges::any_of(set.ranges, [&](const Range& range) {
             return variant >= range.first && variant <= range.last;
-        };
-        if (std::ranges::any_of(set.ranges, holds)) {
-            return true;
-        }
-    }
-    return false;
+        });
+    };
+    // Digits and marks have no other case; looking that up costs more than all the rest.
+    const bool caseless = isAscii(character) && (character < U'a' || character > U'z');
+    return holds(character) ||
+           (!caseless && std::ranges::any_of(unicode::caseVariants(character), holds));
 }
 
 bool LikePattern::matchesOne(const Element& element, char32_t folded) {
