@@ -22,6 +22,16 @@ public:
     virtual void Close() = 0;
 };
 
+/// A connection of its own for reading. Between `beginRead` and `endRead` every statement on it sees
+/// one state of the data; otherwise each sees the state of its own moment. No writer waits for it.
+class ReadConnection : public Connection {
+public:
+    /// Throws RunTimeError where the database cannot be read; nothing is begun then.
+    virtual void beginRead() = 0;
+    /// No error, also where nothing was begun.
+    virtual void endRead() noexcept = 0;
+};
+
 /// What stands in for a connection that is read while unset: exists, and is not open.
 class ClosedConnection final : public Connection {
 public:
@@ -81,6 +91,9 @@ public:
     virtual std::string DataPath() = 0;
     virtual std::shared_ptr<Connection> DataConnection() = 0;
     virtual std::shared_ptr<Connection> SetupConnection() = 0;
+    /// A new connection for reading beside the two above. Throws RunTimeError where none can be
+    /// opened; null where the companion has no such connections.
+    virtual std::shared_ptr<ReadConnection> newReadConnection() { return nullptr; }
     virtual void SetOperator(std::int32_t oprId) = 0;
     /// Opens the site in `sysPath`. Throws RunTimeError where that is none.
     virtual bool Create(std::string& sysPath, bool& flag) = 0;
