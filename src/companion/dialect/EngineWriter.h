@@ -15,11 +15,11 @@ namespace kintar::companion::dialect {
 /// What a parameter holds: the value of a literal, or something made from it.
 struct Parameter {
     enum class Use : std::uint8_t {
-        Value,        ///< the literal itself
-        FoldedText,   ///< a text without its letter case
-        SortKey,      ///< a text's place in the order of names
-        Decimal,      ///< a number as exact decimal text
-        NumberOfText, ///< the number that a text writes; Null where it writes none
+        Value,          ///< the literal itself
+        FoldedText,     ///< a text without its letter case
+        SortKey,        ///< a text's place in the order of names
+        Decimal,        ///< a number as exact decimal text
+        NumberOfText,   ///< the number that a text writes; Null where it writes none
         ApproximateLow, ///< a number a little below the literal
         ApproximateHigh,
         SearchLow, ///< the lower bound of the `part`th range of a text search
@@ -40,7 +40,8 @@ struct TextSearch {
 /// A statement as an engine takes it.
 struct Translation {
     std::string text;
-    /// The first parameters are the statement's literals, in order; those behind are made from them.
+    /// The first parameters are the statement's literals, in order; those behind are made from
+    /// them.
     std::vector<Parameter> parameters;
     std::vector<TextSearch> searches;
     std::vector<Column> columns; ///< of the result; none for a statement that writes

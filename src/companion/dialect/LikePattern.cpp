@@ -24,8 +24,7 @@ char32_t decode(std::string_view valid, std::size_t& at) {
         return point;
     }
     if (lead < 0xF0) {
-        const char32_t point =
-            (lead & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU);
+        const char32_t point = (lead & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU);
         at += 3;
         return point;
     }

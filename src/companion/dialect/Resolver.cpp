@@ -277,8 +277,8 @@ void Resolver::nameColumns(Select& select) const {
     const std::vector<Column> names = select.columns;
     for (std::size_t at = 0; at < select.columns.size(); ++at) {
         const ColumnName* column = asColumn(*select.items[at].expression);
-        const auto same =
-            std::ranges::count_if(names, [&](const Column& other) { return sameName(other.name, names[at].name); });
+        const auto same = std::ranges::count_if(
+            names, [&](const Column& other) { return sameName(other.name, names[at].name); });
         if (same > 1 && column != nullptr && select.items[at].alias.empty()) {
             select.columns[at].name = column->source->shownName() + "." + names[at].name;
         }
@@ -321,8 +321,7 @@ void Resolver::resolveExpression(Expression& expression, const Scope& scope,
         }
         aggregates = Aggregates::Inside;
     }
-    forEachPart(expression,
-                [&](Expression& part) { resolveExpression(part, scope, aggregates); });
+    forEachPart(expression, [&](Expression& part) { resolveExpression(part, scope, aggregates); });
     if (Select* select = subSelectOf(expression)) {
         resolveSelect(*select, &scope);
     }

@@ -20,17 +20,15 @@ bool usesAny(const Expression& expression, const Sources& sources) {
     if (const ColumnName* column = asColumn(expression)) {
         uses = std::ranges::count(sources, column->source) != 0;
     }
-    forEachPart(expression,
-                [&](const Expression& part) { uses = uses || usesAny(part, sources); });
+    forEachPart(expression, [&](const Expression& part) { uses = uses || usesAny(part, sources); });
     const Select* select = subSelectOf(expression);
     return uses || (select != nullptr && usesAny(*select, sources));
 }
 
 bool usesAny(const FromItem& from, const Sources& sources) {
     const auto* join = std::get_if<std::unique_ptr<Join>>(&from.item);
-    return join != nullptr &&
-           (usesAny(*(*join)->condition, sources) || usesAny((*join)->left, sources) ||
-            usesAny((*join)->right, sources));
+    return join != nullptr && (usesAny(*(*join)->condition, sources) ||
+                               usesAny((*join)->left, sources) || usesAny((*join)->right, sources));
 }
 
 bool usesAny(const Select& select, const Sources& sources) {

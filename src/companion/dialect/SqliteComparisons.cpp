@@ -182,10 +182,10 @@ void SqliteExpressionWriter::textEqualsNumber(const Expression& text, const Lite
 }
 
 void SqliteExpressionWriter::between(const BetweenTest& test) {
-    const bool texts = isText(test.operand->type) || isText(test.low->type) ||
-                       isText(test.high->type);
-    const bool numbers = isNumber(test.operand->type) || isNumber(test.low->type) ||
-                         isNumber(test.high->type);
+    const bool texts =
+        isText(test.operand->type) || isText(test.low->type) || isText(test.high->type);
+    const bool numbers =
+        isNumber(test.operand->type) || isNumber(test.low->type) || isNumber(test.high->type);
     if (texts && numbers) {
         betweenTextAndNumbers(test);
         return;

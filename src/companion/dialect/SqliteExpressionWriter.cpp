@@ -130,8 +130,8 @@ void SqliteExpressionWriter::write(const Arithmetic& arithmetic) {
     const bool divides = arithmetic.operation == ArithmeticOperator::Divide;
     out_ << (divides ? "(CAST(" : "(");
     value(*arithmetic.left);
-    out_ << (divides ? " AS REAL) " : " ")
-         << (joinsTexts ? "||" : symbolOf(arithmetic.operation)) << " ";
+    out_ << (divides ? " AS REAL) " : " ") << (joinsTexts ? "||" : symbolOf(arithmetic.operation))
+         << " ";
     value(*arithmetic.right);
     out_ << ")";
 }
@@ -218,8 +218,8 @@ void SqliteExpressionWriter::write(const Aggregate& aggregate) {
     out_ << nameOf(aggregate.function) << "(";
     if (aggregate.argument) {
         value(*aggregate.argument);
-        const bool ordersTexts = isText(aggregate.argument->type) &&
-                                 aggregate.function != AggregateFunction::Count;
+        const bool ordersTexts =
+            isText(aggregate.argument->type) && aggregate.function != AggregateFunction::Count;
         out_ << (ordersTexts ? " COLLATE KINTAR" : "");
     } else {
         out_ << "*";

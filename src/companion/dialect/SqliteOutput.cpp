@@ -42,8 +42,8 @@ std::string SqliteOutput::cut(std::size_t from) {
 
 void SqliteOutput::introduce(const TableSource& table) {
     const auto isTaken = [&](const std::string& name) {
-        return std::ranges::any_of(
-            names_, [&](const auto& known) { return sameName(known.second, name); });
+        return std::ranges::any_of(names_,
+                                   [&](const auto& known) { return sameName(known.second, name); });
     };
     std::string name = table.alias.empty() ? table.definition->name : table.alias;
     for (int count = 2; isTaken(name); ++count) {

@@ -92,18 +92,18 @@ void StatementWriter::list(const List& items, Write write) {
 
 void StatementWriter::select(const Select& select, Projection projection) {
     // Texts that differ in case only are one: DISTINCT becomes a grouping by what tells them apart.
-    const bool groups = select.quantifier == Quantifier::Distinct && selectsText(select) &&
-                        !select.hasAggregates;
+    const bool groups =
+        select.quantifier == Quantifier::Distinct && selectsText(select) && !select.hasAggregates;
     const bool distinct = select.quantifier == Quantifier::Distinct && !groups;
-    // Tables get their names before columns are written; the FROM clause is written first and moved.
+    // Tables get their names before columns are written; the FROM clause is written first and
+    // moved.
     out_ << (distinct ? "SELECT DISTINCT " : "SELECT ");
     const std::size_t hole = out_.size();
     out_ << " FROM ";
     list(select.from, [&](const FromItem& item) { from(item); });
     std::string fromClause = out_.cut(hole);
-    list(select.items, [&](const SelectItem& item) {
-        expressions_.projected(*item.expression, projection);
-    });
+    list(select.items,
+         [&](const SelectItem& item) { expressions_.projected(*item.expression, projection); });
     out_ << fromClause;
     where(select.where, " WHERE ");
     groups ? distinctGroups(select) : groupBy(select);
@@ -156,9 +156,8 @@ void StatementWriter::distinctRows(const Select& select) {
         return;
     }
     out_ << " GROUP BY ";
-    list(tables, [&](const TableSource* table) {
-        out_ << sqliteName(out_.nameOf(*table)) << ".rowid";
-    });
+    list(tables,
+         [&](const TableSource* table) { out_ << sqliteName(out_.nameOf(*table)) << ".rowid"; });
 }
 
 void StatementWriter::orderBy(const Select& select) {
@@ -206,8 +205,8 @@ void StatementWriter::deletion(const Delete& deletion) {
 }
 
 std::string searchBound(const Parameter& parameter, const LiteralValue& literal) {
-    const auto ranges = parameter.isPattern ? rangesOfPattern(literal.text())
-                                            : rangesOfText(literal.text());
+    const auto ranges =
+        parameter.isPattern ? rangesOfPattern(literal.text()) : rangesOfText(literal.text());
     const TextRange& range = ranges.at(parameter.part);
     return parameter.use == Parameter::Use::SearchLow ? range.low : range.high;
 }
