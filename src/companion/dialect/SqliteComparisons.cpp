@@ -170,6 +170,11 @@ void SqliteExpressionWriter::compareTextWithNumber(ComparisonOperator operation,
 }
 
 void SqliteExpressionWriter::textEqualsNumber(const Expression& text, const Literal& number) {
+    if (falseIsNotNull_) {
+        call("kintar_decimal", text);
+        out_ << " = " << Parameter{number.ordinal, Parameter::Use::Decimal, 0, false};
+        return;
+    }
     // The index holds numbers as the engine reads them, to 15 digits or so: it finds the few rows
     // near the number, and the exact comparison chooses among them.
     out_ << "(CAST(";

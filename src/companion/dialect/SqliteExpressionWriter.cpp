@@ -5,6 +5,7 @@
 #include "companion/dialect/Types.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kintar::companion::dialect {
 
@@ -23,12 +24,19 @@ Parameter parameterOf(const Literal& literal, Parameter::Use use) {
 
 void SqliteExpressionWriter::value(const Expression& expression) {
     if (isCondition(expression)) {
-        out_ << "-(";
-        condition(expression);
-        out_ << ")";
+        out_ << "-";
+        inverted(expression);
         return;
     }
     plain(expression);
+}
+
+void SqliteExpressionWriter::inverted(const Expression& condition) {
+    const bool before = std::exchange(falseIsNotNull_, true);
+    out_ << "(";
+    plain(condition);
+    out_ << ")";
+    falseIsNotNull_ = before;
 }
 
 void SqliteExpressionWriter::condition(const Expression& expression) {
@@ -177,9 +185,11 @@ void SqliteExpressionWriter::write(const BetweenTest& test) {
 }
 
 void SqliteExpressionWriter::write(const InListTest& test) {
+    const bool before = std::exchange(falseIsNotNull_, falseIsNotNull_ || test.negated);
     out_ << (test.negated ? "NOT (" : "");
     inList(test);
     out_ << (test.negated ? ")" : "");
+    falseIsNotNull_ = before;
 }
 
 void SqliteExpressionWriter::write(const InSelectTest& test) {
@@ -198,9 +208,8 @@ void SqliteExpressionWriter::write(const NullTest& test) {
 }
 
 void SqliteExpressionWriter::write(const LogicalNot& inversion) {
-    out_ << "NOT (";
-    condition(*inversion.operand);
-    out_ << ")";
+    out_ << "NOT ";
+    inverted(*inversion.operand);
 }
 
 void SqliteExpressionWriter::write(const LogicalChain& chain) {

@@ -69,8 +69,12 @@ private:
     void inList(const InListTest& test);
     void inSelect(const InSelectTest& test);
 
+    void inverted(const Expression& condition);
+
     SqliteOutput& out_;
     SelectWriter selects_;
+    /// Where False and Null differ, as under NOT: no shortcut may give the one for the other.
+    bool falseIsNotNull_ = false;
 };
 
 /// How the ranges of a text search are written: their number, and whether they are single texts.
