@@ -6,6 +6,7 @@
 #include "tools/site/SiteSummary.h"
 
 #include <CLI/CLI.hpp>
+#include <QCoreApplication>
 
 #include <ctime>
 #include <exception>
@@ -94,6 +95,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
+        // Image plugins are looked for beside it and in the paths that it knows.
+        const QCoreApplication application(argc, argv);
         return run(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "kintar-site: " << error.what() << '\n';
