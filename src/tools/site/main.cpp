@@ -1,6 +1,7 @@
 // kintar-site: makes sites with invented data and says what is wrong with a site.
 
 #include "tools/site/PhotoWriter.h"
+#include "tools/site/SiteCheck.h"
 #include "tools/site/SiteError.h"
 #include "tools/site/SiteMaker.h"
 #include "tools/site/SiteSummary.h"
@@ -77,18 +78,35 @@ int runCreate(CreateArguments& arguments) {
     return 0;
 }
 
+int runCheck(const std::string& folder) {
+    const std::vector<std::string> findings = site::checkSite(folder);
+    for (const std::string& finding : findings) {
+        std::cout << finding << '\n';
+    }
+    if (findings.empty()) {
+        std::cout << folder << ": nothing is wrong\n";
+    }
+    std::cout.flush();
+    return findings.empty() ? 0 : 1;
+}
+
 int run(int argc, char** argv) {
     CLI::App program("Makes sites with invented data, and says what is wrong with a site.");
     program.require_subcommand(1);
     CreateArguments create;
     const CLI::App* createCommand = addCreate(program, create);
+    std::string checkedFolder;
+    CLI::App* checkCommand = program.add_subcommand("check", "Say what is wrong with a site");
+    checkCommand->add_option("DIR", checkedFolder, "Folder of the site")->required();
+    checkCommand->footer("One finding a line. Exit status 0: nothing is wrong; 1: there are "
+                         "findings; 2: wrong usage.");
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         const int status = program.exit(error);
         return status == 0 ? 0 : 2;
     }
-    return createCommand->parsed() ? runCreate(create) : 2;
+    return createCommand->parsed() ? runCreate(create) : runCheck(checkedFolder);
 }
 
 } // namespace
