@@ -1,0 +1,26 @@
+#include "base/Number.h"
+#include "tools/explain/Rules.h"
+
+#include <optional>
+
+namespace kintar::explain {
+
+void applyNumber(const Json& input, Answer& answer) {
+    const std::string source = text(input, "text");
+    const std::string reading = text(input, "reading");
+    if (reading == "leading") {
+        answer.addNumber("value", decimalText(leadingNumber(source)));
+    } else if (reading == "whole") {
+        answer.addNumber("value", wholeNumber(source));
+    } else if (reading == "numeric") {
+        const std::optional<std::string> number = numericText(source);
+        if (!number) {
+            throw BadInput("not numeric");
+        }
+        answer.addNumber("value", *number);
+    } else {
+        throw BadInput("'reading' is '" + reading + "', not leading, whole or numeric");
+    }
+}
+
+} // namespace kintar::explain

@@ -1,0 +1,148 @@
+#include "tools/explain/Rules.h"
+
+#include "base/RunTimeError.h"
+#include "base/Unicode.h"
+#include "platform/SystemLocale.h"
+
+#include <limits>
+
+namespace kintar::explain {
+namespace {
+
+BadInput wrong(const char* field, const char* expected) {
+    return BadInput("'" + std::string(field) + "' is not " + expected);
+}
+
+std::string jsonText(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+Answer errorAnswer(const Json& id, const std::string& message) {
+    return Answer().add("id", id).add("error", unicode::toValidUtf8(message));
+}
+
+} // namespace
+
+const std::vector<Rule>& rules() {
+    static const std::vector<Rule> table = {
+        {"card",
+         "in: enable, id, locGrp, code, now, locale (en-US, de-DE, iso), ruleFile (text or null), "
+         "existing (names); out: written, staging, stopDate, fileName",
+         applyCard},
+        {"dialect", "in: sql, engine (sqlite); out: text, values, or error with position",
+         applyDialect},
+        {"number", "in: text, reading (leading, whole, numeric); out: value, or error",
+         applyNumber},
+    };
+    return table;
+}
+
+Answer& Answer::add(std::string_view field, const Json& value) {
+    return addText(field, jsonText(value));
+}
+
+Answer& Answer::addNumber(std::string_view field, const std::string& digits) {
+    return addText(field, digits);
+}
+
+Answer& Answer::addText(std::string_view field, const std::string& text) {
+    fields_ += (fields_.empty() ? "" : ",") + jsonText(Json(std::string(field))) + ":" + text;
+    return *this;
+}
+
+std::string answerLine(const Rule& rule, std::string_view line) {
+    Json id;
+    try {
+        const Json input = Json::parse(line);
+        if (!input.is_object()) {
+            throw BadInput("the line is not a JSON object");
+        }
+        id = input.value("id", Json());
+        Answer answer;
+        answer.add("id", id);
+        rule.apply(input, answer);
+        return answer.line();
+    } catch (const RunTimeError& error) {
+        return errorAnswer(id, error.clientText()).line();
+    } catch (const std::exception& error) {
+        return errorAnswer(id, error.what()).line();
+    }
+}
+
+const Json& required(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    if (found == input.end()) {
+        throw BadInput("'" + std::string(field) + "' is missing");
+    }
+    return *found;
+}
+
+std::string text(const Json& input, const char* field) {
+    const Json& value = required(input, field);
+    if (!value.is_string()) {
+        throw wrong(field, "a text");
+    }
+    return value.get<std::string>();
+}
+
+std::string textOrEmpty(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    return found == input.end() || found->is_null() ? std::string() : text(input, field);
+}
+
+bool boolean(const Json& input, const char* field) {
+    const Json& value = required(input, field);
+    if (!value.is_boolean()) {
+        throw wrong(field, "true or false");
+    }
+    return value.get<bool>();
+}
+
+std::int32_t number32(const Json& input, const char* field) {
+    const Json& value = required(input, field);
+    if (!value.is_number_integer() || value > std::numeric_limits<std::int32_t>::max() ||
+        value < std::numeric_limits<std::int32_t>::min()) {
+        throw wrong(field, "a 32-bit integer");
+    }
+    return value.get<std::int32_t>();
+}
+
+DateTime dateTime(const Json& input, const char* field) {
+    const std::optional<DateTime> moment = DateTime::fromIso(text(input, field));
+    if (!moment) {
+        throw wrong(field, "a date as YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS");
+    }
+    return *moment;
+}
+
+std::vector<std::string> texts(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    if (found == input.end() || found->is_null()) {
+        return {};
+    }
+    if (!found->is_array()) {
+        throw wrong(field, "a list of texts");
+    }
+    std::vector<std::string> all;
+    for (const Json& item : *found) {
+        if (!item.is_string()) {
+            throw wrong(field, "a list of texts");
+        }
+        all.push_back(item.get<std::string>());
+    }
+    return all;
+}
+
+LocaleFormats locale(const Json& input, const char* field) {
+    if (!input.contains(field)) {
+        return {};
+    }
+    const std::string name = text(input, field);
+    const std::optional<LocaleFormats> formats = platform::localeFormats(name);
+    if (!formats) {
+        throw BadInput("'" + std::string(field) + "' is '" + name + "', which is no known locale");
+    }
+    return *formats;
+}
+
+} // namespace kintar::explain

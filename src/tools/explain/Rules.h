@@ -1,0 +1,68 @@
+// The rules that kintar-explain can apply, each to one line of input.
+#pragma once
+
+#include "base/DateTime.h"
+#include "base/LocaleFormats.h"
+
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kintar::explain {
+
+using Json = nlohmann::ordered_json;
+
+/// A line that cannot be applied: a field is missing, of the wrong type or out of its range.
+class BadInput : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The fields of an answer in order, each already JSON text: a number of any length stays exact.
+class Answer {
+public:
+    Answer& add(std::string_view field, const Json& value);
+    /// `digits` is decimal text as base/Number.h gives it, which is a JSON number as it stands.
+    Answer& addNumber(std::string_view field, const std::string& digits);
+    /// The whole line: an object of the fields.
+    [[nodiscard]] std::string line() const { return "{" + fields_ + "}"; }
+
+private:
+    Answer& addText(std::string_view field, const std::string& text);
+
+    std::string fields_;
+};
+
+/// A rule: its name, what goes in and comes out (for `--help`), and how it is applied. `apply` gets
+/// the object of one line and adds the fields of the answer; it throws BadInput or RunTimeError.
+struct Rule {
+    std::string_view name;
+    std::string_view help;
+    void (*apply)(const Json& input, Answer& answer);
+};
+
+const std::vector<Rule>& rules();
+
+/// The answer to one line, whatever it holds: the fields of the rule's answer, or `error`, with the
+/// `id` of the line in front where it has one.
+std::string answerLine(const Rule& rule, std::string_view line);
+
+// Reading fields; all throw BadInput naming the field.
+const Json& required(const Json& input, const char* field);
+std::string text(const Json& input, const char* field);
+/// "" where the field is absent or null.
+std::string textOrEmpty(const Json& input, const char* field);
+bool boolean(const Json& input, const char* field);
+std::int32_t number32(const Json& input, const char* field);
+DateTime dateTime(const Json& input, const char* field);
+std::vector<std::string> texts(const Json& input, const char* field);
+/// `en-US` where the field is absent.
+LocaleFormats locale(const Json& input, const char* field);
+
+void applyNumber(const Json& input, Answer& answer);
+void applyCard(const Json& input, Answer& answer);
+void applyDialect(const Json& input, Answer& answer);
+
+} // namespace kintar::explain

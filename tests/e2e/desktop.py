@@ -1,0 +1,183 @@
+"""A private desktop with the server activatable on one site, as tests drive it."""
+
+import os
+import re
+import subprocess
+import time
+
+import dbus
+from PIL import Image
+
+TOP = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+BUS_NAME = "net.tarnholm.Kintar3"
+ROOT = "/net/tarnholm/Kintar3"
+PROPERTIES = "org.freedesktop.DBus.Properties"
+
+
+def await_true(condition, seconds=10.0, what="the condition"):
+    """Waits until `condition` gives something true and returns that; fails loudly."""
+    deadline = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise AssertionError(f"waited {seconds} s in vain for {what}")
+        time.sleep(0.02)
+
+
+class Instance:
+    """One object of a public class, over the bus."""
+
+    def __init__(self, client, path):
+        self.path = str(path)
+        self.name = self.path.split("/")[-2]
+        self.interface = f"{BUS_NAME}.{self.name}"
+        self.proxy = client.bus.get_object(BUS_NAME, self.path, introspect=False)
+        self._properties = dbus.Interface(self.proxy, PROPERTIES)
+
+    def set(self, member, value):
+        self._properties.Set(self.interface, member, value)
+
+    def get(self, member):
+        return self._properties.Get(self.interface, member)
+
+    def get_all(self):
+        return self._properties.GetAll(self.interface)
+
+    def call(self, member, *arguments):
+        return self.proxy.get_dbus_method(member, self.interface)(*arguments)
+
+
+class Client:
+    """A connection of its own to the private bus."""
+
+    def __init__(self, address):
+        self.bus = dbus.bus.BusConnection(address)
+        self._root = None
+
+    @property
+    def root(self):
+        if self._root is None:
+            self._root = self.bus.get_object(BUS_NAME, ROOT, introspect=False)
+        return self._root
+
+    def create(self, class_name):
+        path = self.root.CreateObject(class_name, dbus_interface=f"{BUS_NAME}.Server")
+        return Instance(self, path)
+
+    def release(self, instance):
+        self.root.ReleaseObject(
+            dbus.ObjectPath(instance.path), dbus_interface=f"{BUS_NAME}.Server"
+        )
+
+    def close(self):
+        self.bus.close()
+
+
+class Desktop:
+    """What `scripts/with-server` sets up, held until `close`."""
+
+    def __init__(self, site, screen="1280x1024x24", environment=None):
+        self.site = str(site)
+        surroundings = dict(os.environ, KINTAR3_SCREEN=screen, **(environment or {}))
+        self._holder = subprocess.Popen(
+            [
+                os.path.join(TOP, "scripts", "with-server"),
+                self.site,
+                "--",
+                "sh",
+                "-c",
+                "env -0; printf 'READY\\0'; exec cat >/dev/null",
+            ],
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            env=surroundings,
+        )
+        received = b""
+        while not received.endswith(b"READY\0"):
+            piece = os.read(self._holder.stdout.fileno(), 65536)
+            if not piece:
+                raise AssertionError("the private desktop did not come up")
+            received += piece
+        entries = received.decode("utf-8", "surrogateescape").split("\0")
+        self.environment = dict(entry.split("=", 1) for entry in entries if "=" in entry)
+        self.address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        self._clients = []
+
+    def close(self):
+        for client in self._clients:
+            client.close()
+        self._holder.stdin.close()
+        self._holder.wait(timeout=20)
+
+    def client(self):
+        client = Client(self.address)
+        self._clients.append(client)
+        return client
+
+    def run(self, *command, check=True, **options):
+        """Runs a command on the desktop; its outcome, texts decoded."""
+        options.setdefault("timeout", 60)
+        return subprocess.run(
+            command, env=self.environment, capture_output=True, text=True, check=check, **options
+        )
+
+    def start(self, *command, **options):
+        return subprocess.Popen(command, env=self.environment, text=True, **options)
+
+    def log(self):
+        with open(self.environment["KINTAR3_LOG"], encoding="utf-8", errors="replace") as log:
+            return log.read()
+
+    def server_pid(self):
+        return int(
+            self.client()
+            .bus.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus", introspect=False)
+            .GetConnectionUnixProcessID(BUS_NAME, dbus_interface="org.freedesktop.DBus")
+        )
+
+    def server_runs(self):
+        owner = self.client().bus.get_object(
+            "org.freedesktop.DBus", "/org/freedesktop/DBus", introspect=False
+        )
+        return bool(owner.NameHasOwner(BUS_NAME, dbus_interface="org.freedesktop.DBus"))
+
+    def windows(self, title=".*"):
+        """The visible windows whose whole title matches, as ids."""
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", title, check=False)
+        ids = [int(line) for line in found.stdout.split()]
+        return [window for window in ids if re.fullmatch(title, self.title(window) or "")]
+
+    def title(self, window):
+        return self.run("xdotool", "getwindowname", str(window), check=False).stdout.rstrip("\n")
+
+    def await_window(self, title, seconds=10.0):
+        return await_true(lambda: self.windows(title), seconds, f"a window titled {title}")[0]
+
+    def await_no_window(self, title, seconds=10.0):
+        await_true(lambda: not self.windows(title), seconds, f"no window titled {title}")
+
+    def geometry(self, window):
+        """Left, top, width and height on the screen, in pixels."""
+        text = self.run("xdotool", "getwindowgeometry", "--shell", str(window)).stdout
+        values = dict(line.split("=") for line in text.split())
+        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def focused_window(self):
+        found = self.run("xdotool", "getwindowfocus", check=False)
+        return int(found.stdout) if found.stdout.strip() else 0
+
+    def click(self, x, y, times=1):
+        self.run("xdotool", "mousemove", str(x), str(y))
+        self.run("xdotool", "click", "--repeat", str(times), "--delay", "40", "1")
+
+    def type(self, text):
+        self.run("xdotool", "type", "--delay", "5", text)
+
+    def picture(self, window="root"):
+        """What a window shows now, as an image."""
+        path = os.path.join(self.environment["TMPDIR"], "picture.png")
+        self.run("import", "-silent", "-window", str(window), path)
+        with Image.open(path) as image:
+            return image.convert("RGB").copy()
