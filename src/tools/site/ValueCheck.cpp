@@ -25,9 +25,10 @@ Rule ruleFor(ColumnType type, const std::string& column) {
                     " NOT IN (-1, 0)",
                 "neither -1 nor 0 nor Null"};
     case ColumnType::DateTime:
-        // The engine moves a day that does not exist into the next month: then the texts differ.
+        // Adding no days moves a day that does not exist into the next month: the texts differ
+        // then.
         return {"typeof(" + column + ") <> 'null' AND (typeof(" + column +
-                    ") <> 'text' OR datetime(" + column + ") IS NOT " + column + ")",
+                    ") <> 'text' OR datetime(" + column + ", '+0 days') IS NOT " + column + ")",
                 "no date-time such as 2012-03-14 17:05:00"};
     case ColumnType::Integer:
         return {"typeof(" + column + ") NOT IN ('integer', 'null') OR " + column +
