@@ -60,7 +60,9 @@ public:
 };
 
 /// Completes a call whose answer comes later than its handler returns. May be called once; until
-/// then further calls of the same client wait.
+/// then further calls of the same client wait. Dropping it uncalled completes the call without an
+/// error: the rest of its work was not wanted any more. Calling it after its instance has ended
+/// does nothing.
 using Completion = std::function<void(std::optional<RunTimeError>)>;
 
 enum class MemberKind : std::uint8_t { WriteOnly, ReadOnly, ReadWrite, Method };
@@ -75,10 +77,10 @@ struct Parameter {
 struct Member {
     std::string name;
     MemberKind kind = MemberKind::WriteOnly;
-    ValueType type = ValueType::None; ///< of a property, or of a method's result
-    std::vector<Parameter> parameters;
-    std::string summary;        ///< one sentence for the reference
-    bool signalsChange = false; ///< whether `ObjectSignals::changed` is sent for it
+    ValueType type = ValueType::None;  ///< of a property, or of a method's result
+    std::vector<Parameter> parameters; ///< an optional one that is left out arrives as no value
+    std::string summary;               ///< one sentence for the reference
+    bool signalsChange = false;        ///< whether `ObjectSignals::changed` is sent for it
 
     std::function<Value(PublicObject&)> get;
     std::function<void(PublicObject&, const Value&)> set;
@@ -95,13 +97,20 @@ struct PublicClass {
     /// Initialises an instance; throws RunTimeError where that fails, with termination already done
     /// as far as the class does it then.
     std::function<std::unique_ptr<PublicObject>(ObjectSignals&)> create;
+
+    /// A member by its name, letter case included; null where there is none.
+    [[nodiscard]] const Member* find(std::string_view memberName) const;
 };
 
 /// Every public class of the server, in order. Nothing else enumerates classes or members.
 class ClassTable {
 public:
+    /// Throws std::logic_error, and adds nothing, where a name is none (ASCII letters, digits,
+    /// underscores) or is there twice without regard to case, or a member lacks what its kind
+    /// needs.
     void add(PublicClass publicClass);
     [[nodiscard]] const std::vector<PublicClass>& classes() const { return classes_; }
+    /// A class by its name, letter case included; null where there is none.
     [[nodiscard]] const PublicClass* find(std::string_view name) const;
 
 private:
