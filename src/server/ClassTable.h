@@ -57,6 +57,12 @@ public:
     virtual ~ObjectSignals() = default;
     /// The value of a readable member is (again) what it is now.
     virtual void changed(std::string_view member) = 0;
+    /// A signal that the class declares, with its arguments in order. A host that sends none is
+    /// allowed: no client's work may depend on it alone.
+    virtual void signal(std::string_view name, const std::vector<Value>& arguments) {
+        static_cast<void>(name);
+        static_cast<void>(arguments);
+    }
 };
 
 /// Completes a call whose answer comes later than its handler returns. May be called once; until
@@ -89,11 +95,19 @@ struct Member {
     std::function<void(PublicObject&, const Value&, Completion)> setLater;
 };
 
+/// Something that an instance tells its creator of itself.
+struct Signal {
+    std::string name;
+    std::vector<Parameter> parameters;
+    std::string summary; ///< one sentence for the reference
+};
+
 /// A public class: its members in slot order, which only ever grows at the end.
 struct PublicClass {
     std::string name;
     std::string summary;
     std::vector<Member> members;
+    std::vector<Signal> signals;
     /// Initialises an instance; throws RunTimeError where that fails, with termination already done
     /// as far as the class does it then.
     std::function<std::unique_ptr<PublicObject>(ObjectSignals&)> create;
@@ -173,6 +187,25 @@ public:
                           std::index_sequence_for<Args...>{});
         };
         class_.members.push_back(std::move(member));
+        return *this;
+    }
+
+    /// A property whose setter answers the call itself, later than it returns.
+    template <class T>
+    ClassBuilder& letLater(std::string name, void (Object::*setter)(T, Completion),
+                           std::string summary) {
+        using Plain = std::remove_cvref_t<T>;
+        Member member = property<Plain>(std::move(name), MemberKind::WriteOnly, std::move(summary));
+        member.setLater = [setter](PublicObject& object, const Value& value,
+                                   Completion completion) {
+            (static_cast<Object&>(object).*setter)(std::get<Plain>(value), std::move(completion));
+        };
+        class_.members.push_back(std::move(member));
+        return *this;
+    }
+
+    ClassBuilder& signal(std::string name, std::vector<Parameter> parameters, std::string summary) {
+        class_.signals.push_back({std::move(name), std::move(parameters), std::move(summary)});
         return *this;
     }
 

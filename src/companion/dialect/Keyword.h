@@ -1,0 +1,17 @@
+// The words that mean something in a statement.
+#pragma once
+
+#include <string_view>
+
+namespace kintar::companion::dialect {
+
+/// Same letters without regard to case; ASCII, as all keywords and table names compare.
+bool sameName(std::string_view a, std::string_view b);
+
+/// A word that cannot be a name unless it stands in brackets.
+bool isReserved(std::string_view word);
+
+/// `True`, `False` or `Null`.
+bool isConstant(std::string_view word);
+
+} // namespace kintar::companion::dialect

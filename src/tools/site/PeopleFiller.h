@@ -1,0 +1,11 @@
+// The rows of a site's persons: names, cards, card uses, fields, skills, photos.
+#pragma once
+
+#include "tools/site/SiteDatabase.h"
+#include "tools/site/SiteOptions.h"
+
+namespace kintar::site {
+
+void fillPeople(SiteDatabase& database, const SiteOptions& options);
+
+} // namespace kintar::site

@@ -1,0 +1,108 @@
+// The embedded database of a site, as the site tool writes and reads it.
+#pragma once
+
+#include "base/DateTime.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kintar::site {
+
+/// True as -1, False as 0.
+enum class YesNo : std::int8_t { Yes = -1, No = 0 };
+constexpr YesNo yesNo(bool value) {
+    return value ? YesNo::Yes : YesNo::No;
+}
+
+class SiteDatabase;
+
+/// A prepared statement. Must not outlive its database.
+class SiteStatement {
+public:
+    SiteStatement(SiteDatabase& database, const std::string& sql);
+
+    /// Binds the values in order and runs the statement to its end.
+    template <class... Values>
+    void run(const Values&... values) {
+        int position = 0;
+        (bind(++position, values), ...);
+        finish();
+    }
+    /// Binds the values in order; `next` then goes through the rows.
+    template <class... Values>
+    void start(const Values&... values) {
+        reset();
+        int position = 0;
+        (bind(++position, values), ...);
+    }
+    /// Stands on the next row; false where there is none.
+    bool next();
+    [[nodiscard]] std::int64_t integer(int column) const;
+    /// As text, Null as "".
+    [[nodiscard]] std::string text(int column) const;
+    [[nodiscard]] bool isNull(int column) const;
+    [[nodiscard]] bool isInteger(int column) const;
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+
+    void bind(int position, std::int64_t value);
+    void bind(int position, int value) { bind(position, static_cast<std::int64_t>(value)); }
+    void bind(int position, YesNo value) { bind(position, static_cast<std::int64_t>(value)); }
+    /// The text must live until the statement has run.
+    void bind(int position, std::string_view text);
+    void bind(int position, const std::string& text) { bind(position, std::string_view(text)); }
+    void bind(int position, const char* text) { bind(position, std::string_view(text)); }
+    void bind(int position, DateTime moment);
+    void bind(int position, std::nullptr_t);
+    template <class T>
+    void bind(int position, const std::optional<T>& value) {
+        if (value) {
+            bind(position, *value);
+        } else {
+            bind(position, nullptr);
+        }
+    }
+    void check(int result) const;
+    void reset();
+    void finish();
+
+    SiteDatabase* database_;
+    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+/// A connection. Every failure is a SiteError that names the file.
+class SiteDatabase {
+public:
+    enum class Access : std::uint8_t { Create, Read };
+
+    /// Read: the file must be there and is never written, whatever it holds. Nothing in it is
+    /// trusted: no views or triggers that call functions, no double-quoted text, limits on size.
+    SiteDatabase(const std::filesystem::path& file, Access access);
+
+    /// An empty database in memory.
+    SiteDatabase();
+
+    void execute(const std::string& sql);
+    [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
+    [[noreturn]] void fail() const;
+
+private:
+    struct Close {
+        void operator()(sqlite3* handle) const;
+    };
+
+    std::filesystem::path file_;
+    std::unique_ptr<sqlite3, Close> handle_;
+};
+
+} // namespace kintar::site

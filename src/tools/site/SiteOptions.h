@@ -1,0 +1,19 @@
+// What a site is to be made of.
+#pragma once
+
+#include "base/DateTime.h"
+
+#include <cstdint>
+
+namespace kintar::site {
+
+inline constexpr int mostNames = 5'000'000;
+
+struct SiteOptions {
+    int names = 500;
+    std::uint64_t seed = 1;
+    int photos = 500; ///< only the persons up to this ID may have a photo
+    DateTime now;     ///< the moment that recent card uses lie before
+};
+
+} // namespace kintar::site
