@@ -111,23 +111,15 @@ void BusConnection::pump(int messages) {
             lose();
             return;
         }
-<<<<<<< HEAD
         // What follows may run an event loop, and with it this very function: the notifiers must be
         // right before.
         arm();
-=======
-        // A handler may run an event loop, and with it this very function.
->>>>>>> main
         runPosted();
         if (message) {
             handler_(std::move(message));
         }
         if (result == 0) {
-<<<<<<< HEAD
             return;
-=======
-            break;
->>>>>>> main
         }
     }
     arm();
