@@ -1,4 +1,4 @@
-#include "CardEvent.h"
+#include "demo/CardEvent.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "DesktopWindows.h"
+#include "demo/DesktopWindows.h"
 
 #include <QByteArray>
 

@@ -1,4 +1,4 @@
-#include "EventModel.h"
+#include "demo/EventModel.h"
 
 #include <QColor>
 

@@ -1,7 +1,7 @@
 // The feed as a table, the latest event on top.
 #pragma once
 
-#include "CardEvent.h"
+#include "demo/CardEvent.h"
 
 #include <QAbstractTableModel>
 

@@ -1,4 +1,4 @@
-#include "Feed.h"
+#include "demo/Feed.h"
 
 #include <QProcess>
 

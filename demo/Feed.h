@@ -1,7 +1,7 @@
 // Where the workstation's events come from.
 #pragma once
 
-#include "CardEvent.h"
+#include "demo/CardEvent.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,6 +1,6 @@
-#include "Scenario.h"
+#include "demo/Scenario.h"
 
-#include "DesktopWindows.h"
+#include "demo/DesktopWindows.h"
 
 #include <array>
 #include <cerrno>

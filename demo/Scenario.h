@@ -1,9 +1,9 @@
 // Plays the workstation by steps that a script gives, a line each.
 #pragma once
 
-#include "Feed.h"
-#include "ServerLink.h"
-#include "WorkstationWindow.h"
+#include "demo/Feed.h"
+#include "demo/ServerLink.h"
+#include "demo/WorkstationWindow.h"
 
 #include <QObject>
 #include <QSocketNotifier>

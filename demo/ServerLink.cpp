@@ -1,4 +1,4 @@
-#include "ServerLink.h"
+#include "demo/ServerLink.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>

@@ -1,7 +1,7 @@
 // The workstation's side of the bus contract.
 #pragma once
 
-#include "CardEvent.h"
+#include "demo/CardEvent.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>

@@ -1,4 +1,4 @@
-#include "WorkstationWindow.h"
+#include "demo/WorkstationWindow.h"
 
 #include <QAction>
 #include <QComboBox>

@@ -1,10 +1,10 @@
 // The workstation: a running feed of card events, and the photo of whoever is chosen.
 #pragma once
 
-#include "CardEvent.h"
-#include "EventModel.h"
-#include "Feed.h"
-#include "ServerLink.h"
+#include "demo/CardEvent.h"
+#include "demo/EventModel.h"
+#include "demo/Feed.h"
+#include "demo/ServerLink.h"
 
 #include <QTimer>
 #include <QWidget>

@@ -1,10 +1,10 @@
 // kintar-workstation: a demonstration of a workstation program, a client of the server like any
 // other.
 
-#include "Feed.h"
-#include "Scenario.h"
-#include "ServerLink.h"
-#include "WorkstationWindow.h"
+#include "demo/Feed.h"
+#include "demo/Scenario.h"
+#include "demo/ServerLink.h"
+#include "demo/WorkstationWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
