@@ -24,8 +24,9 @@ public:
     virtual void Close() = 0;
 };
 
-/// A connection of its own for reading. Between `beginRead` and `endRead` every statement on it sees
-/// one state of the data; otherwise each sees the state of its own moment. No writer waits for it.
+/// A connection of its own for reading. Between `beginRead` and `endRead` every statement on it
+/// sees one state of the data; otherwise each sees the state of its own moment. No writer waits for
+/// it.
 class ReadConnection : public Connection {
 public:
     /// Throws RunTimeError where the database cannot be read; nothing is begun then.
