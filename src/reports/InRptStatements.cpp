@@ -1,0 +1,117 @@
+#include "reports/InRptStatements.h"
+
+#include "base/Unicode.h"
+
+namespace kintar::reports {
+namespace {
+
+constexpr std::size_t nameWidth = 64;
+constexpr std::size_t placeWidth = 30;
+
+ReportColumn integer(std::string name) {
+    return {std::move(name), ColumnType::Integer, 0};
+}
+
+ReportColumn text(std::string name, std::size_t width) {
+    return {std::move(name), ColumnType::Text, width};
+}
+
+bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+} // namespace
+
+const std::vector<ReportTable>& inRptTables() {
+    static const std::vector<ReportTable> tables{
+        {"Totals",
+         {integer("Loc"), integer("Dev"), integer("DevTotal"), integer("LocGrpTotal")},
+         "TotLocDev",
+         {"Loc", "Dev"}},
+        {"InRpt",
+         {integer("Loc"),
+          text("LocName", placeWidth),
+          integer("Dev"),
+          text("DevName", placeWidth),
+          text("Name", nameWidth),
+          text("Company", placeWidth),
+          {"LastUsed", ColumnType::DateTime, 0}},
+         "LocDev",
+         {"Loc", "Dev"}},
+    };
+    return tables;
+}
+
+std::string locGrpQuery(std::int32_t loc) {
+    return "Select LocGrp From Loc Where Loc = " + std::to_string(loc);
+}
+
+std::string groupLocationsQuery(std::int32_t locGrp) {
+    return "Select Loc From Loc Where LocGrp = " + std::to_string(locGrp);
+}
+
+std::string activeCardsQuery(std::int32_t locGrp) {
+    return "Select ID, NameID From Cards Where LocGrp = " + std::to_string(locGrp) +
+           " And Status <> 0 Order By NameID";
+}
+
+std::string cardUsesQuery(std::int32_t nameId, std::string_view locationList,
+                          std::string_view timeLimit) {
+    std::string sql = "Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards "
+                      "On LocCards.CardID = Cards.ID Where Cards.NameID = ";
+    sql += std::to_string(nameId);
+    sql += " And Loc In (";
+    sql += locationList;
+    sql += ") And  LocCards.LastDate > "; // two blanks: this text is a contract
+    sql += timeLimit;
+    sql += " Order By CardID, LastDate Desc";
+    return sql;
+}
+
+std::string detailQuery(std::int32_t locCardsId) {
+    return "Select Loc.Loc, Loc.Name as LocName, Dev.Name as DevName, [Names].FName, "
+           "[Names].LName, Company.Name as CompName, LocCards.LastDev, LocCards.LastDate From "
+           "(Company Right Join ([Names] Right Join (Cards Right Join (Dev Right Join (LocCards "
+           "Left Join Loc On LocCards.Loc = Loc.Loc) On Dev.Loc = LocCards.Loc And Dev.Device = "
+           "LocCards.LastDev) On Cards.ID = LocCards.CardID) On Cards.NameID = [Names].ID) ON "
+           "[Names].LocGrp = Company.LocGrp And [Names].Company = Company.Company) Where "
+           "LocCards.ID =" +
+           std::to_string(locCardsId) + " And Cards.Status <> 0";
+}
+
+std::string insertInRpt(const InRptRow& row, TarnRec& record) {
+    const auto quoted = [&record](const std::string& value, std::size_t width) {
+        return record.SqlText(cutToWidth(value, width));
+    };
+    return "Insert Into InRpt (Loc, LocName, Dev, DevName, Name, Company, LastUsed) VALUES (" +
+           std::to_string(row.loc) + ", " + quoted(row.locName, placeWidth) + ", " +
+           std::to_string(row.dev) + ", " + quoted(row.devName, placeWidth) + ", " +
+           quoted(row.name, nameWidth) + ", " + quoted(row.company, placeWidth) + ", " +
+           (row.lastUsed ? record.SqlDate(*row.lastUsed) : "Null") + ")";
+}
+
+std::string totalsQuery() {
+    return "Select Loc, Dev From InRpt Order By Loc, Dev";
+}
+
+std::string insertTotals(const TotalsRow& row) {
+    return "Insert Into Totals (Loc, Dev, DevTotal, LocGrpTotal) Values (" +
+           std::to_string(row.loc) + ", " + std::to_string(row.dev) + ", " +
+           std::to_string(row.devTotal) + ", " + std::to_string(row.locGrpTotal) + ")";
+}
+
+std::string cutToWidth(std::string_view text, std::size_t width) {
+    if (text.size() <= width) {
+        return unicode::toValidUtf8(text);
+    }
+    const std::string valid = unicode::toValidUtf8(text);
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < valid.size(); ++i) {
+        if (!continuesCharacter(valid[i]) && ++characters > width) {
+            return valid.substr(0, i);
+        }
+    }
+    return valid;
+}
+
+} // namespace kintar::reports
