@@ -4,6 +4,7 @@
 #include "server/ClassTable.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace kintar {
 
@@ -11,6 +12,13 @@ namespace kintar {
 class objImageType final : public PublicObject {
 public:
     std::int16_t ImageType = 0;
+
+    static PublicClass describe() {
+        return ClassBuilder<objImageType>("objImageType",
+                                          "The image type of a location group; has no members.")
+            .creates([](ObjectSignals&) { return std::make_unique<objImageType>(); })
+            .build();
+    }
 };
 
 } // namespace kintar

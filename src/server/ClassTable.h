@@ -57,10 +57,18 @@ public:
     virtual ~ObjectSignals() = default;
     /// The value of a readable member is (again) what it is now.
     virtual void changed(std::string_view member) = 0;
+    /// A signal that the class declares, with its arguments in order. A host that sends none is
+    /// allowed: no client's work may depend on it alone.
+    virtual void signal(std::string_view name, const std::vector<Value>& arguments) {
+        static_cast<void>(name);
+        static_cast<void>(arguments);
+    }
 };
 
 /// Completes a call whose answer comes later than its handler returns. May be called once; until
-/// then further calls of the same client wait.
+/// then further calls of the same client wait. Dropping it uncalled completes the call without an
+/// error: the rest of its work was not wanted any more. Calling it after its instance has ended
+/// does nothing.
 using Completion = std::function<void(std::optional<RunTimeError>)>;
 
 enum class MemberKind : std::uint8_t { WriteOnly, ReadOnly, ReadWrite, Method };
@@ -75,10 +83,10 @@ struct Parameter {
 struct Member {
     std::string name;
     MemberKind kind = MemberKind::WriteOnly;
-    ValueType type = ValueType::None; ///< of a property, or of a method's result
-    std::vector<Parameter> parameters;
-    std::string summary;        ///< one sentence for the reference
-    bool signalsChange = false; ///< whether `ObjectSignals::changed` is sent for it
+    ValueType type = ValueType::None;  ///< of a property, or of a method's result
+    std::vector<Parameter> parameters; ///< an optional one that is left out arrives as no value
+    std::string summary;               ///< one sentence for the reference
+    bool signalsChange = false;        ///< whether `ObjectSignals::changed` is sent for it
 
     std::function<Value(PublicObject&)> get;
     std::function<void(PublicObject&, const Value&)> set;
@@ -87,21 +95,36 @@ struct Member {
     std::function<void(PublicObject&, const Value&, Completion)> setLater;
 };
 
+/// Something that an instance tells its creator of itself.
+struct Signal {
+    std::string name;
+    std::vector<Parameter> parameters;
+    std::string summary; ///< one sentence for the reference
+};
+
 /// A public class: its members in slot order, which only ever grows at the end.
 struct PublicClass {
     std::string name;
     std::string summary;
     std::vector<Member> members;
+    std::vector<Signal> signals;
     /// Initialises an instance; throws RunTimeError where that fails, with termination already done
     /// as far as the class does it then.
     std::function<std::unique_ptr<PublicObject>(ObjectSignals&)> create;
+
+    /// A member by its name, letter case included; null where there is none.
+    [[nodiscard]] const Member* find(std::string_view memberName) const;
 };
 
 /// Every public class of the server, in order. Nothing else enumerates classes or members.
 class ClassTable {
 public:
+    /// Throws std::logic_error, and adds nothing, where a name is none (ASCII letters, digits,
+    /// underscores) or is there twice without regard to case, or a member lacks what its kind
+    /// needs.
     void add(PublicClass publicClass);
     [[nodiscard]] const std::vector<PublicClass>& classes() const { return classes_; }
+    /// A class by its name, letter case included; null where there is none.
     [[nodiscard]] const PublicClass* find(std::string_view name) const;
 
 private:
@@ -164,6 +187,25 @@ public:
                           std::index_sequence_for<Args...>{});
         };
         class_.members.push_back(std::move(member));
+        return *this;
+    }
+
+    /// A property whose setter answers the call itself, later than it returns.
+    template <class T>
+    ClassBuilder& letLater(std::string name, void (Object::*setter)(T, Completion),
+                           std::string summary) {
+        using Plain = std::remove_cvref_t<T>;
+        Member member = property<Plain>(std::move(name), MemberKind::WriteOnly, std::move(summary));
+        member.setLater = [setter](PublicObject& object, const Value& value,
+                                   Completion completion) {
+            (static_cast<Object&>(object).*setter)(std::get<Plain>(value), std::move(completion));
+        };
+        class_.members.push_back(std::move(member));
+        return *this;
+    }
+
+    ClassBuilder& signal(std::string name, std::vector<Parameter> parameters, std::string summary) {
+        class_.signals.push_back({std::move(name), std::move(parameters), std::move(summary)});
         return *this;
     }
 

@@ -4,11 +4,13 @@
 #include "base/DateTime.h"
 #include "server/Recordset.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kintar {
@@ -20,6 +22,16 @@ public:
     [[nodiscard]] virtual bool isOpen() const = 0;
     /// No error if it is closed already.
     virtual void Close() = 0;
+};
+
+/// A connection of its own for reading. Between `beginRead` and `endRead` every statement on it sees
+/// one state of the data; otherwise each sees the state of its own moment. No writer waits for it.
+class ReadConnection : public Connection {
+public:
+    /// Throws RunTimeError where the database cannot be read; nothing is begun then.
+    virtual void beginRead() = 0;
+    /// No error, also where nothing was begun.
+    virtual void endRead() noexcept = 0;
 };
 
 /// What stands in for a connection that is read while unset: exists, and is not open.
@@ -51,6 +63,31 @@ public:
     virtual std::vector<FormCaption> captions() = 0;
 };
 
+/// A SELECT that is being read while the server goes on.
+class PendingRecordset {
+public:
+    PendingRecordset() = default;
+    PendingRecordset(const PendingRecordset&) = delete;
+    PendingRecordset& operator=(const PendingRecordset&) = delete;
+    /// Stops the read where it still runs.
+    virtual ~PendingRecordset() = default;
+    /// Waits at most so long; whether the read has ended, well or not.
+    virtual bool waitFor(std::chrono::milliseconds limit) = 0;
+    /// The rows, once; throws what the read threw. Only when the read has ended.
+    virtual Recordset take() = 0;
+};
+
+/// A SELECT that was read at once: what a companion offers that cannot read aside.
+class ReadRecordset final : public PendingRecordset {
+public:
+    explicit ReadRecordset(Recordset rows) : rows_(std::move(rows)) {}
+    bool waitFor(std::chrono::milliseconds /*limit*/) override { return true; }
+    Recordset take() override { return std::move(rows_); }
+
+private:
+    Recordset rows_;
+};
+
 /// The record helper. Every operation that meets a database throws RunTimeError with a text that
 /// says what was wrong: where a statement cannot be parsed, which table or column is unknown, that
 /// the database is closed, locked, read-only, missing or damaged.
@@ -58,6 +95,15 @@ class TarnRec {
 public:
     virtual ~TarnRec() = default;
     virtual Recordset OpenRecordset(std::string_view sql, Connection& connection) = 0;
+    /// Starts a SELECT that may take long, on a connection of its own to the same data. Throws, or
+    /// lets `take` throw, what OpenRecordset would. `ended` is called once the read has ended, on
+    /// whatever thread, and not any more once the pending recordset has been destroyed.
+    virtual std::unique_ptr<PendingRecordset>
+    BeginRecordset(std::string_view sql, Connection& connection, std::function<void()> ended) {
+        Recordset rows = OpenRecordset(sql, connection);
+        ended();
+        return std::make_unique<ReadRecordset>(std::move(rows));
+    }
     virtual void ExecuteSQL(std::string_view sql, Connection& connection) = 0;
     /// Stands on the first row that meets a criterion such as `Loc = 3 And Device = 7`, searched
     /// from the first row; at the end, and false, where there is none.
@@ -81,6 +127,9 @@ public:
     virtual std::string DataPath() = 0;
     virtual std::shared_ptr<Connection> DataConnection() = 0;
     virtual std::shared_ptr<Connection> SetupConnection() = 0;
+    /// A new connection for reading beside the two above. Throws RunTimeError where none can be
+    /// opened; null where the companion has no such connections.
+    virtual std::shared_ptr<ReadConnection> newReadConnection() { return nullptr; }
     virtual void SetOperator(std::int32_t oprId) = 0;
     /// Opens the site in `sysPath`. Throws RunTimeError where that is none.
     virtual bool Create(std::string& sysPath, bool& flag) = 0;

@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 #include "server/Companion.h"
 #include "server/Forms.h"
+#include "server/NameSearchResult.h"
 
 #include <cstdint>
 #include <exception>
@@ -29,6 +30,8 @@ public:
     std::string gTempPath;
     /// False while the photo window takes new data.
     bool gPhotoReady = false;
+    /// `SelNameID`, `SelName` and `SelNameReady`.
+    NameSearchResult nameSearch;
     Forms forms;
 
     /// The data connection; a closed one while unset.

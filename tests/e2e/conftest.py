@@ -3,7 +3,7 @@ import shutil
 import subprocess
 
 import pytest
-from desktop import Desktop
+from desktop import Accessible, Desktop
 
 
 def program(name):
@@ -47,3 +47,22 @@ def make_desktop(site):
 @pytest.fixture
 def desktop(make_desktop):
     return make_desktop()
+
+
+@pytest.fixture
+def make_accessible():
+    made = []
+
+    def make(desktop):
+        accessible = Accessible(desktop)
+        made.append(accessible)
+        return accessible
+
+    yield make
+    for accessible in made:
+        accessible.close()
+
+
+@pytest.fixture
+def accessible(desktop, make_accessible):
+    return make_accessible(desktop)

@@ -1,5 +1,6 @@
 """A private desktop with the server activatable on one site, as tests drive it."""
 
+import json
 import os
 import re
 import subprocess
@@ -181,3 +182,132 @@ class Desktop:
         self.run("import", "-silent", "-window", str(window), path)
         with Image.open(path) as image:
             return image.convert("RGB").copy()
+
+
+class ForeignWindow:
+    """A window of another program, here of the test itself, that can hold the keyboard focus."""
+
+    def __init__(self, desktop, title="Foreign", geometry=(700, 500, 300, 200)):
+        from Xlib import X, display
+
+        self._display = display.Display(desktop.environment["DISPLAY"])
+        screen = self._display.screen()
+        self.window = screen.root.create_window(
+            *geometry, 0, screen.root_depth, event_mask=X.KeyPressMask | X.StructureNotifyMask
+        )
+        self.window.set_wm_name(title)
+        self.window.map()
+        self._display.sync()
+        self._desktop = desktop
+        desktop.await_window(title)
+        desktop.run("xdotool", "windowfocus", "--sync", str(self.window.id))
+
+    def keys_received(self):
+        """How many key presses have arrived since the last call."""
+        from Xlib import X
+
+        self._display.sync()
+        keys = 0
+        while self._display.pending_events():
+            keys += self._display.next_event().type == X.KeyPress
+        return keys
+
+    def has_focus(self):
+        return self._display.get_input_focus().focus == self.window
+
+    def close(self):
+        self._display.close()
+
+
+class WindowManager:
+    """Requests to, and properties of, the window manager of a desktop."""
+
+    def __init__(self, desktop):
+        from Xlib import display
+
+        self._display = display.Display(desktop.environment["DISPLAY"])
+        self._root = self._display.screen().root
+
+    def _atom(self, name):
+        return self._display.intern_atom(name)
+
+    def close_window(self, window):
+        """As the operator does with the title bar."""
+        from Xlib import X
+        from Xlib.protocol import event
+
+        message = event.ClientMessage(
+            window=window,
+            client_type=self._atom("_NET_CLOSE_WINDOW"),
+            data=(32, [X.CurrentTime, 2, 0, 0, 0]),
+        )
+        mask = X.SubstructureRedirectMask | X.SubstructureNotifyMask
+        self._root.send_event(message, event_mask=mask)
+        self._display.sync()
+
+    def minimise(self, window):
+        from Xlib import X
+        from Xlib.protocol import event
+
+        message = event.ClientMessage(
+            window=window,
+            client_type=self._atom("WM_CHANGE_STATE"),
+            data=(32, [3, 0, 0, 0, 0]),
+        )
+        mask = X.SubstructureRedirectMask | X.SubstructureNotifyMask
+        self._root.send_event(message, event_mask=mask)
+        self._display.sync()
+
+    def states(self, window):
+        found = self._display.create_resource_object("window", window).get_full_property(
+            self._atom("_NET_WM_STATE"), 0
+        )
+        return {self._display.get_atom_name(atom) for atom in (found.value if found else [])}
+
+    def stacking(self):
+        """Window ids from the lowest to the highest."""
+        found = self._root.get_full_property(self._atom("_NET_CLIENT_LIST_STACKING"), 0)
+        return list(found.value) if found else []
+
+    def close(self):
+        self._display.close()
+
+
+class Accessible:
+    """The controls of the server's windows, by control name, over the accessibility bus."""
+
+    def __init__(self, desktop):
+        self._desktop = desktop
+        self._agent = desktop.start(
+            "/usr/bin/python3",
+            os.path.join(os.path.dirname(os.path.abspath(__file__)), "accessibility_agent.py"),
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+        )
+
+    def ask(self, control, **request):
+        self._agent.stdin.write(json.dumps({"control": control, **request}) + "\n")
+        self._agent.stdin.flush()
+        return json.loads(self._agent.stdout.readline())
+
+    def await_control(self, control, seconds=10.0):
+        return await_true(
+            lambda: (found := self.ask(control))["found"] and found, seconds, f"control {control}"
+        )
+
+    def text(self, control):
+        return self.ask(control).get("text")
+
+    def is_showing(self, control):
+        return self.ask(control).get("showing", False)
+
+    def click(self, control, times=1):
+        left, top, width, height = self.await_control(control)["extents"]
+        self._desktop.click(left + width // 2, top + height // 2, times)
+
+    def double_click(self, control):
+        self.click(control, times=2)
+
+    def close(self):
+        self._agent.stdin.close()
+        self._agent.wait(timeout=10)

@@ -1,0 +1,88 @@
+#include "platform/qt/FormWindow.h"
+
+#include "base/Twips.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <vector>
+
+namespace kintar::platform {
+
+namespace {
+
+std::vector<ScreenArea> screenAreas() {
+    std::vector<ScreenArea> areas;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QRect area = screen->availableGeometry();
+        areas.push_back({twipsFromPixels(area.x()), twipsFromPixels(area.y()),
+                         twipsFromPixels(area.width()), twipsFromPixels(area.height())});
+    }
+    return areas;
+}
+
+} // namespace
+
+FormWindow::FormWindow(const char* name) {
+    setObjectName(QLatin1String(name));
+    setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+FormWindow::~FormWindow() = default;
+
+void FormWindow::ensureLoaded() {
+    if (!std::exchange(loaded_, true)) {
+        const RoutineScope routine(*this);
+        Load();
+    }
+}
+
+void FormWindow::Show() {
+    ensureLoaded();
+    show();
+}
+
+void FormWindow::unload() {
+    if (std::exchange(unloaded_, true) || !loaded_) {
+        return;
+    }
+    const RoutineScope routine(*this);
+    Unload();
+    hide();
+}
+
+Placement FormWindow::placement() const {
+    return {twipsFromPixels(x()), twipsFromPixels(y()), twipsFromPixels(width()),
+            twipsFromPixels(height())};
+}
+
+void FormWindow::place(const Placement& placement) {
+    const Placement kept = keptOnScreen(placement, screenAreas());
+    resize(pixelsFromTwips(kept.width), pixelsFromTwips(kept.height));
+    move(pixelsFromTwips(kept.left), pixelsFromTwips(kept.top));
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (unloadPlace_ && !unloaded_) {
+        // A copy: unloading may drop what holds it.
+        const std::function<void()> unloadPlace = unloadPlace_;
+        unloadPlace();
+    }
+}
+
+void FormWindow::dispose() {
+    disposed_ = true;
+    if (routines_ == 0) {
+        deleteLater();
+    }
+}
+
+void FormWindow::leaveRoutine() {
+    if (--routines_ == 0 && disposed_) {
+        deleteLater();
+    }
+}
+
+} // namespace kintar::platform

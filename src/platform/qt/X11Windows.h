@@ -1,0 +1,35 @@
+// The order of windows on X11.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <cstdint>
+
+namespace kintar::platform {
+
+/// Requests over the toolkit's own connection, so that they stay in order with what the toolkit
+/// sends. None of them fails or waits for a window to appear.
+class X11Windows {
+public:
+    explicit X11Windows(xcb_connection_t* connection) : connection_(connection) {}
+
+    /// Above all ordinary windows, or back among them; in front of the others of its kind.
+    /// Neither maps, moves nor sizes the window, nor gives it the focus.
+    void setTopmost(xcb_window_t window, bool topmost);
+    /// To the front with the focus, as a task bar does; a window of any process.
+    void activate(xcb_window_t window);
+
+private:
+    [[nodiscard]] xcb_window_t rootOf(xcb_window_t window) const;
+    [[nodiscard]] bool hasWindowManager(xcb_window_t root) const;
+    [[nodiscard]] xcb_window_t checkWindow(xcb_window_t holder) const;
+    [[nodiscard]] xcb_atom_t atom(const char* name) const;
+    void tellManager(xcb_window_t root, xcb_window_t window, xcb_atom_t type,
+                     const std::array<std::uint32_t, 5>& data) const;
+    void raise(xcb_window_t window) const;
+
+    xcb_connection_t* connection_;
+};
+
+} // namespace kintar::platform

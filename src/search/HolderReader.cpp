@@ -1,0 +1,79 @@
+#include "search/HolderReader.h"
+
+#include "server/IgnoringErrors.h"
+
+namespace kintar::board {
+namespace {
+
+/// A date-time as "general date"; anything else as its text.
+std::string dateText(const FieldValue& value, const LocaleFormats& formats) {
+    std::string text = value.text();
+    if (!value.isNull()) {
+        ignoringErrors([&] { text = formats.formatGeneralDate(value.asDateTime()); });
+    }
+    return text;
+}
+
+void addRows(Board& board, Recordset& names) {
+    const std::size_t id = names.fieldIndex("ID");
+    const std::size_t name = names.fieldIndex("Name");
+    for (; !names.atEnd(); names.MoveNext()) {
+        board.add(names.field(id).asLong(), names.field(name).text());
+    }
+}
+
+} // namespace
+
+void fillBoard(Board& board, Recordset& names) {
+    try {
+        addRows(board, names);
+    } catch (...) {
+        board.finishFilling();
+        throw;
+    }
+    board.finishFilling();
+}
+
+std::optional<LastUse> readLastUse(TarnRec& record, Connection& connection, std::int32_t nameId,
+                                   const LocaleFormats& formats) {
+    const Recordset rows = record.OpenRecordset(stateQuery(nameId), connection);
+    if (rows.atEnd()) {
+        return std::nullopt;
+    }
+    LastUse use;
+    use.loc = rows.field("Loc").text();
+    use.lastDev = rows.field("LastDev").text();
+    use.lastDate = dateText(rows.field("LastDate"), formats);
+    use.inOut = rows.field("InOut").text();
+    return use;
+}
+
+CompanionStates::~CompanionStates() {
+    end();
+    if (own_) {
+        ignoringErrors([this] { own_->Close(); });
+    }
+}
+
+void CompanionStates::begin() {
+    if ((!own_ || !own_->isOpen()) && globals_.gSys) {
+        own_ = globals_.gSys->newReadConnection();
+    }
+    if (own_) {
+        own_->beginRead();
+    }
+}
+
+Icon CompanionStates::read(std::int32_t nameId) {
+    Connection& connection = own_ ? static_cast<Connection&>(*own_) : globals_.gCnn();
+    const Recordset rows = globals_.tarnRec().OpenRecordset(stateQuery(nameId), connection);
+    return !rows.atEnd() && isIn(rows.field("InOut").view()) ? Icon::In : Icon::Out;
+}
+
+void CompanionStates::end() noexcept {
+    if (own_) {
+        own_->endRead();
+    }
+}
+
+} // namespace kintar::board

@@ -1,0 +1,148 @@
+#include "search/NameList.h"
+
+#include "base/RunTimeError.h"
+#include "search/ItemKey.h"
+#include "search/SortedOrder.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+
+namespace kintar::search {
+namespace {
+
+/// The item's text is the second field; sub-items follow it.
+constexpr std::size_t textField = 1;
+constexpr std::size_t tagColumn = 1;
+
+bool allIntegers(const Recordset& rows, std::size_t field) {
+    for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+        if (rows.at(row, field).kind() != FieldValue::Kind::Integer) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool hasEqualTexts(const Recordset& rows, std::size_t field) {
+    std::unordered_set<std::string> seen;
+    for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+        if (!seen.insert(rows.at(row, field).text()).second) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool hasEqualIntegers(const Recordset& rows, std::size_t field) {
+    std::vector<double> numbers;
+    numbers.reserve(rows.RecordCount());
+    bool ascending = true;
+    for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+        numbers.push_back(rows.at(row, field).asReal());
+        ascending = ascending && (row == 0 || numbers[row - 1] < numbers[row]);
+    }
+    if (ascending) {
+        return false;
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return std::adjacent_find(numbers.begin(), numbers.end()) != numbers.end();
+}
+
+bool hasEqualIds(const Recordset& rows, std::size_t field) {
+    return allIntegers(rows, field) ? hasEqualIntegers(rows, field) : hasEqualTexts(rows, field);
+}
+
+} // namespace
+
+void NameList::fill(Recordset rows) {
+    clear();
+    const std::size_t idField = rows.fieldIndex("ID");
+    if (rows.FieldCount() <= textField) {
+        throw RunTimeError(3265, "Item cannot be found in the collection corresponding to the "
+                                 "requested name or ordinal.");
+    }
+    if (hasEqualIds(rows, idField)) {
+        throw RunTimeError::duplicateKey();
+    }
+    rows_ = std::move(rows);
+    idField_ = idField;
+    sort();
+    if (count() > 0) {
+        setCurrent(0);
+    }
+}
+
+void NameList::clear() {
+    rows_ = Recordset();
+    order_ = {};
+    current_.reset();
+}
+
+void NameList::sortBy(std::size_t column) {
+    sortColumn_ = column;
+    sort();
+}
+
+void NameList::sort() {
+    if (!sortColumn_) {
+        return;
+    }
+    const std::size_t field = *sortColumn_ + textField;
+    if (field >= rows_.FieldCount()) {
+        order_ = {}; // every row has the same, empty text
+        return;
+    }
+    std::string shown;
+    order_ = sortedOrder(count(), [&](std::size_t record) -> std::string_view {
+        const FieldValue value = rows_.at(record, field);
+        if (value.kind() == FieldValue::Kind::Text) {
+            return value.view();
+        }
+        shown = value.text();
+        return shown;
+    });
+}
+
+FieldValue NameList::value(std::size_t row, std::size_t column) const {
+    const std::size_t field = column + textField;
+    return field < rows_.FieldCount() ? rows_.at(recordOf(row), field) : FieldValue();
+}
+
+NameList::Item NameList::item(std::size_t row) const {
+    return itemOfRecord(recordOf(row));
+}
+
+std::optional<std::size_t> NameList::currentRow() const {
+    if (!current_ || order_.empty()) {
+        return current_;
+    }
+    return std::find(order_.begin(), order_.end(), *current_) - order_.begin();
+}
+
+NameList::Item NameList::currentItem() const {
+    if (!current_) {
+        throw RunTimeError::objectNotSet();
+    }
+    return itemOfRecord(*current_);
+}
+
+std::size_t NameList::memoryUse() const {
+    return rows_.memoryUse() + order_.capacity() * sizeof(order_[0]);
+}
+
+std::uint32_t NameList::recordOf(std::size_t row) const {
+    return order_.empty() ? static_cast<std::uint32_t>(row) : order_.at(row);
+}
+
+NameList::Item NameList::itemOfRecord(std::size_t record) const {
+    Item item{.key = nameKey(rows_.at(record, idField_).text()),
+              .text = rows_.at(record, textField).text(),
+              .tag = {}};
+    if (textField + tagColumn < rows_.FieldCount()) {
+        item.tag = rows_.at(record, textField + tagColumn).text();
+    }
+    return item;
+}
+
+} // namespace kintar::search

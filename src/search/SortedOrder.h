@@ -1,0 +1,19 @@
+// The order of rows by their texts.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kintar::search {
+
+/// Row numbers in ascending order of their texts: as names are ordered, case ignored; rows with
+/// equal texts stay in the order of their numbers. `textOf` is asked once a row; its answer is read
+/// before it is asked again.
+std::vector<std::uint32_t>
+sortedOrder(std::size_t count, const std::function<std::string_view(std::size_t row)>& textOf);
+
+} // namespace kintar::search
