@@ -25,7 +25,7 @@ using ::testing::IsEmpty;
 
 struct AlarmRoom {
     testing::FakeServer server;
-    test::RecordingWindowRequests requests;
+    testing::RecordingWindowRequests requests;
     testing::FakeSettings settings;
     DefaultInstance<frmAlarmPopUp> place{[this] {
         auto form = platform::FormWindow::make<frmAlarmPopUp>(server.globals, requests, settings);
@@ -165,7 +165,7 @@ TEST(frmAlarmPopUpTest, SwitchesToTheWorkstationInThreeRequestsAndHides) {
     const platform::WindowId workstation = 0xFFFFFFFEU;
     ASSERT_EQ(room.requests.placed.size(), 1U);
     EXPECT_EQ(room.requests.placed[0],
-              (test::RecordingWindowRequests::Placed{workstation, 0, 67U}));
+              (testing::RecordingWindowRequests::Placed{workstation, 0, 67U}));
     EXPECT_THAT(room.requests.restored, ElementsAre(workstation));
     EXPECT_THAT(room.requests.foreground, ElementsAre(workstation));
     EXPECT_FALSE(form.isVisible());
