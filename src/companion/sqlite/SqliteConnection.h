@@ -26,6 +26,10 @@ public:
     void execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
 
+    /// What is executed from here on becomes real at `commit`, or not at all.
+    void begin();
+    void commit();
+
     /// What the engine gets for a statement.
     dialect::Translation translate(std::string_view sql);
     /// The tables as they were when last read.
