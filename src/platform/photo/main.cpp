@@ -40,7 +40,7 @@ using namespace kintar::platform;
 
 constexpr int channel = STDIN_FILENO;
 /// With what the program and its libraries hold anyway, this stays below 256 MB.
-constexpr rlim_t dataBytes = rlim_t{200} << 20;
+[[maybe_unused]] constexpr rlim_t dataBytes = rlim_t{200} << 20;
 /// An image in memory; less than the data limit, so that a copy of a part of it still fits.
 constexpr int imageMegabytes = 128;
 /// The server asks for 2 seconds; this ends a worker that the server could not.
