@@ -126,6 +126,14 @@ void SqliteConnection::endRead() noexcept {
     }
 }
 
+void SqliteConnection::begin() {
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::commit() {
+    runPlain(database_.get(), "COMMIT");
+}
+
 dialect::Translation SqliteConnection::translate(std::string_view sql) {
     return withCurrentSchema([&] { return prepared(sql, Wanted::Either).translation; });
 }

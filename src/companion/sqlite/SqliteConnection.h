@@ -31,6 +31,9 @@ public:
     void beginRead();
     /// No error, also where nothing was begun.
     void endRead() noexcept;
+    /// What is executed from here on becomes real at `commit`, or not at all.
+    void begin();
+    void commit();
 
     /// What the engine gets for a statement.
     dialect::Translation translate(std::string_view sql);
