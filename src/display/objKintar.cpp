@@ -1,11 +1,11 @@
 #include "display/objKintar.h"
 
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 #include "server/IgnoringErrors.h"
 
 namespace kintar {
 
-objKintar::objKintar(Display& display) : display_(display) {
+objKintar::objKintar(DisplayWindows& display) : display_(display) {
     modGlobals& globals = display_.services().globals;
     globals.addInstance();
     globals.gPhotoReady = true;
@@ -30,7 +30,7 @@ void objKintar::DateTime(const std::string& value) {
     dateTime_ = formats.formatLongTime(formats.parse(value));
 }
 
-PublicClass objKintar::describe(Display& display) {
+PublicClass objKintar::describe(DisplayWindows& display) {
     return ClassBuilder<objKintar>(
                "objKintar", "Shows the photo, the name and the event of a card that was used.")
         .let("ID", &objKintar::ID, "The person's number; setting it shows all values.")
