@@ -10,7 +10,7 @@ namespace {
 constexpr std::int16_t captionText = 474;
 constexpr std::int16_t newText = 475;
 constexpr std::int16_t missingCommandText = 477;
-constexpr std::int16_t ofText = 10011; // a number of ours: the site's texts name none for it
+constexpr std::int16_t ofText = 10801; // a number of ours: the site's texts name none for it
 constexpr const char* threeBlanks = "   ";
 constexpr int minutesOfHour = 60;
 
