@@ -82,6 +82,7 @@ void AdditionalDaysFrame::makeList() {
 void AdditionalDaysFrame::begin(DateTime today) {
     dtMultiStart->setDate(toQDate(today));
     dtMultiStop->setDate(toQDate(today));
+    dtMultiStart->setFocus();
 }
 
 void AdditionalDaysFrame::display(const std::vector<AdditionalDay>& days) {

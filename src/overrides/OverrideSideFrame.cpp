@@ -65,10 +65,6 @@ void OverrideSideFrame::makeOptions(QGridLayout& layout) {
             "opt" + QByteArray::number(names_.firstOption + static_cast<int>(i));
         platform::nameControl(*option, name.constData(), "option button", title() + u' ' + caption);
         connect(option, &QRadioButton::clicked, this, [this, command] { onCommand(command); });
-        // A command that appears or goes leaves the others where they are.
-        QSizePolicy policy = option->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        option->setSizePolicy(policy);
         row->addWidget(option);
         options_[i] = option;
     }

@@ -280,10 +280,17 @@ void frmOvrSchedule::Tab1_Click(int index) {
         Tab1->setCurrentIndex(generalTab);
         return;
     }
+    const bool byKeyboard = Tab1->hasFocus();
+    display();
+    // Otherwise the focus of what was hidden would pass to the next control: Delete.
     if (index == additionalDaysTab) {
         additionalDays_->begin(editor_.today());
+    } else {
+        startFrame_->slider()->setFocus();
     }
-    display();
+    if (byKeyboard) {
+        Tab1->setFocus();
+    }
 }
 
 void frmOvrSchedule::display() {
@@ -293,6 +300,9 @@ void frmOvrSchedule::display() {
     additionalDays_->display(editor_.additionalDays());
     setLine(*operatorReadout_, editor_.operatorReadout());
     setLine(*lblZone, editor_.zoneLine());
+    QFont font = this->font();
+    font.setBold(editor_.zoneDiffers());
+    lblZone->setFont(font);
     setLine(*lblNotice, editor_.notice());
     lblNotice->setVisible(!editor_.notice().empty());
     if (Tab1->currentIndex() == additionalDaysTab && !editor_.additionalDaysUsable()) {

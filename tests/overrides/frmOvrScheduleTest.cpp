@@ -241,6 +241,19 @@ TEST(frmOvrSchedule, AdditionalDaysStartTodayAndAreAddedAndRemoved) {
     EXPECT_THAT(window.desk.written()[2], HasSubstr("#2012-07-07T17:00:00#"));
 }
 
+TEST(frmOvrSchedule, TheFocusNeverFallsOnDeleteByItself) {
+    Window window;
+    QApplication::setActiveWindow(&window.desk.form());
+    window.find<QSlider>("Slider1")->setFocus();
+    window.find<QTabBar>("Tab1")->setCurrentIndex(1);
+    EXPECT_EQ(window.desk.form().focusWidget(), window.find<QDateEdit>("dtMultiStart"));
+    window.find<QTabBar>("Tab1")->setCurrentIndex(0);
+    EXPECT_EQ(window.desk.form().focusWidget(), window.find<QSlider>("Slider1"));
+    window.find<QSlider>("Slider2")->setValue(0);
+    window.click("cmdOK");
+    EXPECT_EQ(window.desk.form().focusWidget(), window.find<QPushButton>("cmdErrOK"));
+}
+
 TEST(frmOvrSchedule, AnExistingScheduleHasNoAdditionalDays) {
     Window window(0, 2);
     window.click("cmdNext");
