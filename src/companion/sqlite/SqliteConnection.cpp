@@ -113,6 +113,27 @@ void SqliteConnection::execute(std::string_view sql) {
     });
 }
 
+void SqliteConnection::beginRead() {
+    if (!isOpen()) {
+        throw DatabaseError::closed();
+    }
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::endRead() noexcept {
+    if (isOpen() && sqlite3_get_autocommit(database_.get()) == 0) {
+        sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void SqliteConnection::begin() {
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::commit() {
+    runPlain(database_.get(), "COMMIT");
+}
+
 dialect::Translation SqliteConnection::translate(std::string_view sql) {
     return withCurrentSchema([&] { return prepared(sql, Wanted::Either).translation; });
 }

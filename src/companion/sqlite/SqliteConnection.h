@@ -26,6 +26,15 @@ public:
     void execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
 
+    /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
+    /// of the data. Throws DatabaseError.
+    void beginRead();
+    /// No error, also where nothing was begun.
+    void endRead() noexcept;
+    /// What is executed from here on becomes real at `commit`, or not at all.
+    void begin();
+    void commit();
+
     /// What the engine gets for a statement.
     dialect::Translation translate(std::string_view sql);
     /// The tables as they were when last read.
