@@ -16,6 +16,7 @@ Display::Display(DisplayServices services)
 Display::~Display() {
     kintar_.unload();
     services_.globals.forms.remove(FormId::frmKintar);
+    platform::FormWindow::destroyUnloaded();
 }
 
 } // namespace kintar
