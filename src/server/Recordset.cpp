@@ -2,11 +2,12 @@
 
 #include "base/Number.h"
 #include "base/RunTimeError.h"
+#include "base/Unicode.h"
 
 #include <bit>
 #include <cmath>
-#include <limits>
 #include <optional>
+#include <utility>
 
 namespace kintar {
 namespace {
@@ -56,16 +57,15 @@ long long rounded(double value) {
     return static_cast<long long>(whole);
 }
 
+bool isAscii(std::string_view text) {
+    unsigned bits = 0;
+    for (const char c : text) {
+        bits |= static_cast<unsigned char>(c);
+    }
+    return bits < 0x80;
+}
+
 } // namespace
-
-FieldValue::FieldValue(ColumnType type, std::int64_t value)
-    : kind_(Kind::Integer), type_(type), integer_(value) {}
-
-FieldValue::FieldValue(ColumnType type, double value)
-    : kind_(Kind::Real), type_(type), real_(value) {}
-
-FieldValue::FieldValue(ColumnType type, std::string_view value)
-    : kind_(Kind::Text), type_(type), text_(value) {}
 
 std::string FieldValue::text() const {
     switch (kind_) {
@@ -136,31 +136,49 @@ double FieldValue::asReal() const {
     throw RunTimeError::invalidNull();
 }
 
-Recordset::Recordset(std::vector<Column> columns) : columns_(std::move(columns)) {}
-
-void Recordset::addNull() {
-    cells_.emplace_back();
+SharedColumns Recordset::noColumns() {
+    static const SharedColumns none = std::make_shared<const std::vector<Column>>();
+    return none;
 }
 
-void Recordset::addInteger(std::int64_t value) {
-    cells_.push_back({std::bit_cast<std::uint64_t>(value), 0, FieldValue::Kind::Integer});
+Recordset::Recordset(std::vector<Column> columns)
+    : columns_(std::make_shared<const std::vector<Column>>(std::move(columns))) {}
+
+Recordset& Recordset::operator=(Recordset&& other) noexcept {
+    columns_ = std::exchange(other.columns_, noColumns());
+    cells_ = std::exchange(other.cells_, {});
+    texts_ = std::exchange(other.texts_, {});
+    position_ = std::exchange(other.position_, 0);
+    return *this;
 }
 
-void Recordset::addReal(double value) {
-    cells_.push_back({std::bit_cast<std::uint64_t>(value), 0, FieldValue::Kind::Real});
+void Recordset::refuseLongText() {
+    throw RunTimeError(7, "Out of memory");
 }
 
-void Recordset::addText(std::string_view value) {
-    if (value.size() > std::numeric_limits<std::uint32_t>::max()) {
-        throw RunTimeError(7, "Out of memory");
+void Recordset::finish() {
+    if (isAscii(texts_)) {
+        return;
     }
-    cells_.push_back(
-        {texts_.size(), static_cast<std::uint32_t>(value.size()), FieldValue::Kind::Text});
-    texts_.append(value);
+    for (Cell& cell : cells_) {
+        const std::string_view text =
+            cell.kind == FieldValue::Kind::Text
+                ? std::string_view(texts_).substr(cell.payload, cell.length)
+                : std::string_view();
+        if (isAscii(text)) {
+            continue;
+        }
+        const std::string valid = unicode::toValidUtf8(text);
+        if (valid != text) {
+            cell.payload = texts_.size();
+            cell.length = static_cast<std::uint32_t>(valid.size());
+            texts_ += valid;
+        }
+    }
 }
 
 std::size_t Recordset::RecordCount() const {
-    return columns_.empty() ? 0 : cells_.size() / columns_.size();
+    return columns_->empty() ? 0 : cells_.size() / columns_->size();
 }
 
 void Recordset::MoveNext() {
@@ -176,8 +194,8 @@ void Recordset::MovePrevious() {
 }
 
 std::size_t Recordset::fieldIndex(std::string_view name) const {
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-        if (sameName(columns_[i].name, name)) {
+    for (std::size_t i = 0; i < columns_->size(); ++i) {
+        if (sameName((*columns_)[i].name, name)) {
             return i;
         }
     }
@@ -192,14 +210,14 @@ FieldValue Recordset::field(std::size_t index) const {
 }
 
 FieldValue Recordset::at(std::size_t row, std::size_t index) const {
-    if (index >= columns_.size()) {
+    if (index >= columns_->size()) {
         throw noSuchColumn();
     }
     if (row >= RecordCount()) {
         throw noCurrentRecord();
     }
-    const Cell& cell = cells_[row * columns_.size() + index];
-    const ColumnType type = columns_[index].type;
+    const Cell& cell = cells_[row * columns_->size() + index];
+    const ColumnType type = (*columns_)[index].type;
     switch (cell.kind) {
     case FieldValue::Kind::Integer:
         return {type, std::bit_cast<std::int64_t>(cell.payload)};

@@ -3,9 +3,12 @@
 
 #include "base/DateTime.h"
 
+#include <bit>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kintar {
@@ -19,9 +22,11 @@ public:
     enum class Kind : std::uint8_t { Null, Integer, Real, Text };
 
     FieldValue() = default;
-    FieldValue(ColumnType type, std::int64_t value);
-    FieldValue(ColumnType type, double value);
-    FieldValue(ColumnType type, std::string_view value);
+    FieldValue(ColumnType type, std::int64_t value)
+        : kind_(Kind::Integer), type_(type), integer_(value) {}
+    FieldValue(ColumnType type, double value) : kind_(Kind::Real), type_(type), real_(value) {}
+    FieldValue(ColumnType type, std::string_view value)
+        : kind_(Kind::Text), type_(type), text_(value) {}
 
     [[nodiscard]] Kind kind() const { return kind_; }
     [[nodiscard]] bool isNull() const { return kind_ == Kind::Null; }
@@ -30,6 +35,11 @@ public:
     [[nodiscard]] std::string text() const;
     /// The text without a copy; empty where the value is not text.
     [[nodiscard]] std::string_view view() const { return text_; }
+    /// The type of the value's column.
+    [[nodiscard]] ColumnType type() const { return type_; }
+    /// As it is stored; 0 where it is not of that kind.
+    [[nodiscard]] std::int64_t integer() const { return kind_ == Kind::Integer ? integer_ : 0; }
+    [[nodiscard]] double real() const { return kind_ == Kind::Real ? real_ : 0; }
     /// As a number by its leading digits; Null as 0. Raises run-time error 6 outside 32 bits.
     [[nodiscard]] std::int32_t leadingLong() const;
     /// As a whole number. Raises 94 for Null, 13 for text that is no number, 6 outside the type.
@@ -57,6 +67,9 @@ struct Column {
     ColumnType type = ColumnType::Any;
 };
 
+/// The columns of a statement's result, shared by all recordsets of that statement.
+using SharedColumns = std::shared_ptr<const std::vector<Column>>;
+
 /// A static snapshot: the count is known, rows are read in either direction by column name (without
 /// regard to case) or position. A fresh recordset stands on its first row, or at the end if it has
 /// none. Movable, not copied.
@@ -64,21 +77,39 @@ class Recordset {
 public:
     Recordset() = default;
     explicit Recordset(std::vector<Column> columns);
-    Recordset(Recordset&&) noexcept = default;
-    Recordset& operator=(Recordset&&) noexcept = default;
+    explicit Recordset(SharedColumns columns) : columns_(std::move(columns)) {}
+    // Moved from, a recordset is empty and may still be asked.
+    Recordset(Recordset&& other) noexcept { *this = std::move(other); }
+    Recordset& operator=(Recordset&& other) noexcept;
     Recordset(const Recordset&) = delete;
     Recordset& operator=(const Recordset&) = delete;
     ~Recordset() = default;
 
-    // Filling, by engines: the values of a row in column order, row after row.
-    void addNull();
-    void addInteger(std::int64_t value);
-    void addReal(double value);
-    void addText(std::string_view value);
+    // Filling, by engines: the values of a row in column order, row after row. In the header, since
+    // a large list is filled at the speed at which the engine steps.
+    void addNull() { cells_.push_back({0, 0, FieldValue::Kind::Null}); }
+    void addInteger(std::int64_t value) {
+        cells_.push_back({static_cast<std::uint64_t>(value), 0, FieldValue::Kind::Integer});
+    }
+    void addReal(double value) {
+        cells_.push_back({std::bit_cast<std::uint64_t>(value), 0, FieldValue::Kind::Real});
+    }
+    /// Throws RunTimeError 7 for a text beyond 4 GB.
+    void addText(std::string_view value) {
+        if (value.size() > UINT32_MAX) {
+            refuseLongText();
+        }
+        cells_.push_back(
+            {texts_.size(), static_cast<std::uint32_t>(value.size()), FieldValue::Kind::Text});
+        texts_.append(value);
+    }
+    /// To be called when all rows are added: makes every text valid UTF-8, whatever the database
+    /// held.
+    void finish();
 
     [[nodiscard]] std::size_t RecordCount() const;
-    [[nodiscard]] std::size_t FieldCount() const { return columns_.size(); }
-    [[nodiscard]] const std::vector<Column>& columns() const { return columns_; }
+    [[nodiscard]] std::size_t FieldCount() const { return columns_->size(); }
+    [[nodiscard]] const std::vector<Column>& columns() const { return *columns_; }
 
     [[nodiscard]] bool atEnd() const { return position_ >= count(); }
     [[nodiscard]] bool beforeStart() const { return position_ < 0; }
@@ -88,6 +119,9 @@ public:
     void MovePrevious();
     /// Stands on row `row`, 0 the first.
     void MoveTo(std::size_t row) { position_ = static_cast<std::ptrdiff_t>(row); }
+
+    /// The row it stands on, 0 the first; means nothing at the end and before the start.
+    [[nodiscard]] std::size_t position() const { return static_cast<std::size_t>(position_); }
 
     /// The position of a column; throws RunTimeError 3265 ("Item cannot be found in the collection
     /// corresponding to the requested name or ordinal.") where there is none.
@@ -113,7 +147,10 @@ private:
         return static_cast<std::ptrdiff_t>(RecordCount());
     }
 
-    std::vector<Column> columns_;
+    static SharedColumns noColumns();
+    [[noreturn]] static void refuseLongText();
+
+    SharedColumns columns_ = noColumns();
     std::vector<Cell> cells_;
     std::string texts_;
     std::ptrdiff_t position_ = 0;

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace kintar::companion::dialect {
 
@@ -293,6 +294,9 @@ LiteralValue Lexer::value(const Token& token) const {
             token.text.data(), token.text.data() + token.text.size(), value.integer);
         const bool whole = error == std::errc() && end == token.text.data() + token.text.size();
         value.kind = whole ? LiteralKind::Integer : LiteralKind::Decimal;
+        if (!whole && !std::isfinite(value.real())) {
+            fail(token.begin, "a number too large");
+        }
     } else if (token.kind == TokenKind::Text) {
         value.kind = LiteralKind::Text;
         value.hasDoubledQuotes = token.text.find(statement_[token.begin]) != std::string_view::npos;

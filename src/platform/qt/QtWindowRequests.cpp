@@ -34,6 +34,9 @@ QWindow* ownWindow(WindowId window) {
 void QtWindowRequests::SetWindowPos(WindowId window, InsertAfter insertAfter, unsigned flags) {
     if (std::optional<X11Windows> windows = x11()) {
         const auto id = static_cast<xcb_window_t>(window);
+        if ((flags & showWindow) != 0) {
+            windows->restore(id);
+        }
         windows->setTopmost(id, insertAfter == InsertAfter::Topmost);
         if ((flags & noActivate) == 0) {
             windows->activate(id);
@@ -59,6 +62,20 @@ void QtWindowRequests::SetForegroundWindow(WindowId window) {
         own->requestActivate();
     } else {
         sayOnce("another program's window cannot be brought to the front");
+    }
+}
+
+void QtWindowRequests::ShowWindow(WindowId window, ShowCommand /*command*/) {
+    if (std::optional<X11Windows> windows = x11()) {
+        windows->restore(static_cast<xcb_window_t>(window));
+    } else if (QWindow* own = ownWindow(window)) {
+        own->showNormal();
+    }
+}
+
+void QtWindowRequests::CoverFullScreen(WindowId window) {
+    if (std::optional<X11Windows> windows = x11()) {
+        windows->coverFullScreen(static_cast<xcb_window_t>(window));
     }
 }
 

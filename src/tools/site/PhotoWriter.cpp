@@ -57,6 +57,19 @@ void writePhoto(const std::filesystem::path& folder, const Person& person, std::
     }
 }
 
+/// Also loads the formats' plugins on the calling thread: their objects belong to the thread that
+/// loads them and are destroyed at the program's end, when a painting thread is long gone.
+void requireFormats() {
+    const QList<QByteArray> supported = QImageWriter::supportedImageFormats();
+    for (const char* format : {"jpeg", "png", "bmp", "tiff"}) {
+        if (!supported.contains(QByteArray(format))) {
+            throw SiteError(
+                std::string("photos cannot be written: this system's Qt lacks the format ") +
+                format);
+        }
+    }
+}
+
 /// Threads that take the next person until there is none or one of them has failed.
 class Painters {
 public:
@@ -102,6 +115,7 @@ private:
 
 void writePhotos(const std::filesystem::path& folder, const std::vector<Person>& people,
                  std::uint64_t seed) {
+    requireFormats();
     std::vector<const Person*> present;
     for (const Person& person : people) {
         if (person.photo.state == PhotoState::Present) {

@@ -46,6 +46,15 @@ SiteDatabase::SiteDatabase(const std::filesystem::path& file, Access access) : f
     }
 }
 
+SiteDatabase::SiteDatabase() : file_("in memory") {
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open(":memory:", &handle);
+    handle_.reset(handle);
+    if (result != SQLITE_OK) {
+        fail();
+    }
+}
+
 void SiteDatabase::execute(const std::string& sql) {
     if (sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         fail();

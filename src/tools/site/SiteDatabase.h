@@ -89,6 +89,9 @@ public:
     /// trusted: no views or triggers that call functions, no double-quoted text, limits on size.
     SiteDatabase(const std::filesystem::path& file, Access access);
 
+    /// An empty database in memory.
+    SiteDatabase();
+
     void execute(const std::string& sql);
     [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
     [[noreturn]] void fail() const;

@@ -1,11 +1,15 @@
 // kintar-site: makes sites with invented data and says what is wrong with a site.
 
+#include "tools/site/CardFeed.h"
 #include "tools/site/PhotoWriter.h"
+#include "tools/site/SiteCheck.h"
 #include "tools/site/SiteError.h"
 #include "tools/site/SiteMaker.h"
+#include "tools/site/SiteSettings.h"
 #include "tools/site/SiteSummary.h"
 
 #include <CLI/CLI.hpp>
+#include <QCoreApplication>
 
 #include <ctime>
 #include <exception>
@@ -76,24 +80,96 @@ int runCreate(CreateArguments& arguments) {
     return 0;
 }
 
+struct FeedArguments {
+    std::string folder;
+    int person = 0;
+    int count = 200;
+    std::uint64_t seed = 1;
+};
+
+CLI::App* addFeed(CLI::App& program, FeedArguments& arguments) {
+    CLI::App* feed =
+        program.add_subcommand("feed", "Print a site's operators and invented card events");
+    feed->add_option("DIR", arguments.folder, "Folder of the site")->required();
+    feed->add_option("--person", arguments.person, "Only one event, of the person with this ID");
+    feed->add_option("--count", arguments.count, "How many events")
+        ->check(CLI::Range(1, 100000))
+        ->capture_default_str();
+    feed->add_option("--seed", arguments.seed, "Another seed, other events")->capture_default_str();
+    feed->footer("One JSON object a line.");
+    return feed;
+}
+
+int runFeed(const FeedArguments& arguments, bool onePerson) {
+    site::Findings findings;
+    const std::optional<site::SiteSettings> settings =
+        site::readSettings(arguments.folder, findings);
+    if (!settings) {
+        throw site::SiteError(arguments.folder + " is no site: " + findings.lines().front());
+    }
+    site::SiteDatabase database(settings->database, site::SiteDatabase::Access::Read);
+    site::CardFeed feed(database, arguments.seed);
+    if (onePerson) {
+        const std::optional<site::CardEvent> event = feed.eventOf(arguments.person);
+        if (!event) {
+            throw site::SiteError(arguments.folder + " has no person " +
+                                  std::to_string(arguments.person));
+        }
+        std::cout << feedLine(*event) << std::flush;
+        return 0;
+    }
+    for (const site::FeedOperator& who : feed.operators()) {
+        std::cout << feedLine(who);
+    }
+    for (const site::CardEvent& event : feed.events(arguments.count)) {
+        std::cout << feedLine(event);
+    }
+    std::cout.flush();
+    return 0;
+}
+
+int runCheck(const std::string& folder) {
+    const std::vector<std::string> findings = site::checkSite(folder);
+    for (const std::string& finding : findings) {
+        std::cout << finding << '\n';
+    }
+    if (findings.empty()) {
+        std::cout << folder << ": nothing is wrong\n";
+    }
+    std::cout.flush();
+    return findings.empty() ? 0 : 1;
+}
+
 int run(int argc, char** argv) {
     CLI::App program("Makes sites with invented data, and says what is wrong with a site.");
     program.require_subcommand(1);
     CreateArguments create;
     const CLI::App* createCommand = addCreate(program, create);
+    std::string checkedFolder;
+    CLI::App* checkCommand = program.add_subcommand("check", "Say what is wrong with a site");
+    checkCommand->add_option("DIR", checkedFolder, "Folder of the site")->required();
+    checkCommand->footer("One finding a line. Exit status 0: nothing is wrong; 1: there are "
+                         "findings; 2: wrong usage.");
+    FeedArguments feed;
+    const CLI::App* feedCommand = addFeed(program, feed);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         const int status = program.exit(error);
         return status == 0 ? 0 : 2;
     }
-    return createCommand->parsed() ? runCreate(create) : 2;
+    if (feedCommand->parsed()) {
+        return runFeed(feed, feedCommand->count("--person") > 0);
+    }
+    return createCommand->parsed() ? runCreate(create) : runCheck(checkedFolder);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     try {
+        // Image plugins are looked for beside it and in the paths that it knows.
+        const QCoreApplication application(argc, argv);
         return run(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "kintar-site: " << error.what() << '\n';

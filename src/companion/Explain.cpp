@@ -1,0 +1,64 @@
+#include "companion/Explain.h"
+
+#include "companion/dialect/Keyword.h"
+#include "companion/dialect/Lexer.h"
+#include "companion/dialect/Parser.h"
+#include "companion/dialect/Resolver.h"
+#include "companion/dialect/Rewriter.h"
+#include "companion/dialect/SqliteWriter.h"
+
+namespace kintar::companion {
+
+namespace {
+
+LiftedValue liftedOf(const dialect::LiteralValue& literal) {
+    switch (literal.kind) {
+    case dialect::LiteralKind::Integer:
+        return literal.integer;
+    case dialect::LiteralKind::Decimal:
+        return DecimalNumber{std::string(literal.raw)};
+    case dialect::LiteralKind::Text:
+        return literal.text();
+    case dialect::LiteralKind::DateTime:
+        break;
+    }
+    return literal.dateTime;
+}
+
+const dialect::EngineWriter& writerFor(std::string_view engine) {
+    static const dialect::SqliteWriter sqlite;
+    if (!dialect::sameName(engine, sqlite.engine())) {
+        throw DatabaseError(ErrorKind::Other, "There is no such engine; there is sqlite.");
+    }
+    return sqlite;
+}
+
+} // namespace
+
+std::vector<std::string> knownEngines() {
+    return {"sqlite"};
+}
+
+Explained explainDialect(std::string_view sql, std::string_view engine, const Catalog& catalog) {
+    const dialect::EngineWriter& writer = writerFor(engine);
+    dialect::LiftedStatement lifted;
+    dialect::liftLiterals(sql, lifted);
+    dialect::Statement statement = dialect::parseStatement(sql);
+    dialect::Resolver(catalog, sql).resolve(statement);
+    dialect::rewrite(statement);
+    const dialect::Translation translation = writer.write(statement, lifted.values);
+
+    Explained explained{translation.text, {}, {}, translation.columns};
+    for (const dialect::LiteralValue& literal : lifted.values) {
+        explained.values.push_back(liftedOf(literal));
+    }
+    for (const dialect::Parameter& parameter : translation.parameters) {
+        if (parameter.use != dialect::Parameter::Use::Value) {
+            explained.derived.push_back(
+                writer.valueOf(parameter, lifted.values[parameter.literal]));
+        }
+    }
+    return explained;
+}
+
+} // namespace kintar::companion

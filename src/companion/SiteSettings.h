@@ -1,0 +1,30 @@
+// A site's own file: where its parts lie.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kintar::companion {
+
+/// What `kintar3.ini` in a site's folder says:
+///
+///     [Site]
+///     Database=site.db
+///     Data=Data
+///     Texts=Texts
+///
+/// Paths that are not absolute start at the site's folder. Key names ignore case; blank lines and
+/// lines that begin with `;` or `#` count for nothing.
+struct SiteSettings {
+    std::string database = "site.db"; ///< whole path
+    std::string data = "Data";        ///< whole path, without a closing separator
+    std::string textsTable = "Texts";
+
+    /// Reads the settings of a site. Throws DatabaseError (Missing) where the folder or the file is
+    /// not there, (Other) with the line's number where one cannot be read.
+    static SiteSettings read(const std::string& siteFolder);
+    /// Reads the text of the file; `siteFolder` is what paths start at.
+    static SiteSettings parse(std::string_view text, const std::string& siteFolder);
+};
+
+} // namespace kintar::companion

@@ -1,0 +1,84 @@
+// Expressions in SQLite's language, with the meaning that the dialect gives them.
+#pragma once
+
+#include "companion/dialect/SqliteOutput.h"
+
+#include <functional>
+
+namespace kintar::companion::dialect {
+
+/// Writes expressions. What SQLite has no built-in for is done by functions that our connections
+/// register: `kintar_like`, `kintar_fold`, `kintar_sort`, `kintar_decimal`, `kintar_compare`, and
+/// the collation `KINTAR`.
+class SqliteExpressionWriter {
+public:
+    /// Writes a sub-select; its one column as `Projection` says.
+    enum class Projection : std::uint8_t { Plain, Folded, Decimal };
+    using SelectWriter = std::function<void(const Select&, Projection)>;
+
+    SqliteExpressionWriter(SqliteOutput& out, SelectWriter selects)
+        : out_(out), selects_(std::move(selects)) {}
+
+    /// As a value: a condition gives -1, 0 or Null.
+    void value(const Expression& expression);
+    /// As a condition: anything but 0 and Null holds. Safe between AND and OR without parentheses.
+    void condition(const Expression& expression);
+    /// What to order by: Nulls first, texts as names are ordered.
+    void sortKey(const Expression& expression);
+    /// What tells groups apart: texts without their letter case.
+    void groupKey(const Expression& expression);
+    void projected(const Expression& expression, Projection projection);
+    /// The value for a column of this type.
+    void assigned(const Expression& expression, ColumnType column);
+
+private:
+    void write(const Literal& literal);
+    void write(const Constant& constant);
+    void write(const ColumnName& column);
+    void write(const Negation& negation);
+    void write(const Arithmetic& arithmetic);
+    void write(const Concatenation& concatenation);
+    void write(const Comparison& comparison);
+    void write(const LikeTest& test);
+    void write(const BetweenTest& test);
+    void write(const InListTest& test);
+    void write(const InSelectTest& test);
+    void write(const ExistsTest& test);
+    void write(const NullTest& test);
+    void write(const LogicalNot& inversion);
+    void write(const LogicalChain& chain);
+    void write(const Aggregate& aggregate);
+
+    void plain(const Expression& expression);
+    void concatenated(const Expression& part);
+    void call(std::string_view function, const Expression& argument);
+    void literalOr(const Expression& expression, Parameter::Use use, std::string_view function);
+
+    void compare(ComparisonOperator operation, const Expression& left, const Expression& right);
+    void compareTexts(ComparisonOperator operation, const Expression& left,
+                      const Expression& right);
+    void compareTextWithNumber(ComparisonOperator operation, const Expression& left,
+                               const Expression& right);
+    void equalsText(const Expression& operand, const Literal& text);
+    void textEqualsNumber(const Expression& text, const Literal& number);
+    bool searchRanges(const Expression& operand, const Literal& literal, bool isPattern);
+    void searchRange(const Expression& operand, const Parameter& low, bool exact);
+    void like(const LikeTest& test);
+    void between(const BetweenTest& test);
+    void betweenTextAndNumbers(const BetweenTest& test);
+    void inList(const InListTest& test);
+    void inSelect(const InSelectTest& test);
+
+    void inverted(const Expression& condition);
+
+    SqliteOutput& out_;
+    SelectWriter selects_;
+    /// Where False and Null differ, as under NOT: no shortcut may give the one for the other.
+    bool falseIsNotNull_ = false;
+};
+
+/// How the ranges of a text search are written: their number, and whether they are single texts.
+/// 0 for a search that has none.
+char searchVariant(const TextSearch& search, const LiteralValue& value);
+
+} // namespace kintar::companion::dialect

@@ -1,0 +1,278 @@
+#include "companion/sqlite/SqliteConnection.h"
+
+#include "companion/dialect/Parser.h"
+#include "companion/dialect/Resolver.h"
+#include "companion/dialect/Rewriter.h"
+#include "companion/sqlite/SchemaReader.h"
+#include "companion/sqlite/SqliteFunctions.h"
+
+#include <utility>
+
+namespace kintar::companion::sqlite {
+
+using dialect::LiteralKind;
+using dialect::LiteralValue;
+using dialect::Parameter;
+
+namespace {
+
+/// Ends a run of a statement however it ends, so that it holds no lock and no view of a text.
+class Running {
+public:
+    explicit Running(sqlite3_stmt* handle) : handle_(handle) {}
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() { sqlite3_reset(handle_); }
+
+private:
+    sqlite3_stmt* handle_;
+};
+
+void addValue(Recordset& rows, sqlite3_stmt* handle, int column) {
+    switch (sqlite3_column_type(handle, column)) {
+    case SQLITE_INTEGER:
+        rows.addInteger(sqlite3_column_int64(handle, column));
+        break;
+    case SQLITE_FLOAT:
+        rows.addReal(sqlite3_column_double(handle, column));
+        break;
+    case SQLITE_NULL:
+        rows.addNull();
+        break;
+    default: {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle, column));
+        rows.addText({text, static_cast<std::size_t>(sqlite3_column_bytes(handle, column))});
+        break;
+    }
+    }
+}
+
+} // namespace
+
+SqliteConnection::SqliteConnection(const std::string& path, Access access)
+    : database_(openDatabase(path, access)) {
+    registerFunctions(database_.get());
+    schemaVersionQuery_ = prepare(database_.get(), "PRAGMA schema_version");
+    schemaHasChanged();
+    readCatalog();
+}
+
+void SqliteConnection::Close() {
+    cache_.clear();
+    schemaVersionQuery_.reset();
+    database_.reset();
+}
+
+bool SqliteConnection::schemaHasChanged() {
+    const Running running(schemaVersionQuery_.get());
+    const int code = sqlite3_step(schemaVersionQuery_.get());
+    if (code != SQLITE_ROW) {
+        throw errorOf(database_.get(), code);
+    }
+    const std::int64_t version = sqlite3_column_int64(schemaVersionQuery_.get(), 0);
+    return std::exchange(schemaVersion_, version) != version;
+}
+
+void SqliteConnection::readCatalog() {
+    cache_.clear();
+    catalog_ = std::make_unique<Catalog>(readTables(database_.get()));
+    schemaIsStale_ = false;
+}
+
+/// Runs `run`; where it fails and the schema is not the one it was checked against, once more.
+template <class Run>
+auto SqliteConnection::withCurrentSchema(Run run) {
+    if (!isOpen()) {
+        throw DatabaseError::closed();
+    }
+    if (schemaIsStale_) {
+        readCatalog();
+    }
+    try {
+        return run();
+    } catch (const DatabaseError& error) {
+        const bool couldBeSchema =
+            error.kind() == ErrorKind::UnknownName || error.kind() == ErrorKind::Other;
+        if (!couldBeSchema || !schemaHasChanged()) {
+            throw;
+        }
+    }
+    readCatalog();
+    return run();
+}
+
+Recordset SqliteConnection::open(std::string_view sql) {
+    return withCurrentSchema([&] { return readRows(prepared(sql, Wanted::Rows)); });
+}
+
+void SqliteConnection::execute(std::string_view sql) {
+    withCurrentSchema([&] {
+        PreparedStatement& statement = prepared(sql, Wanted::Change);
+        const Running running(statement.handle.get());
+        finish(statement, sqlite3_step(statement.handle.get()));
+    });
+}
+
+void SqliteConnection::beginRead() {
+    if (!isOpen()) {
+        throw DatabaseError::closed();
+    }
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::endRead() noexcept {
+    if (isOpen() && sqlite3_get_autocommit(database_.get()) == 0) {
+        sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void SqliteConnection::begin() {
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::commit() {
+    runPlain(database_.get(), "COMMIT");
+}
+
+dialect::Translation SqliteConnection::translate(std::string_view sql) {
+    return withCurrentSchema([&] { return prepared(sql, Wanted::Either).translation; });
+}
+
+std::vector<std::string> SqliteConnection::plan(std::string_view sql) {
+    const std::string text = "EXPLAIN QUERY PLAN " + translate(sql).text;
+    const StatementHandle query = prepare(database_.get(), text);
+    std::vector<std::string> lines;
+    int code = sqlite3_step(query.get());
+    for (; code == SQLITE_ROW; code = sqlite3_step(query.get())) {
+        constexpr int detail = 3;
+        lines.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(query.get(), detail)));
+    }
+    if (code != SQLITE_DONE) {
+        throw errorOf(database_.get(), code);
+    }
+    return lines;
+}
+
+StatementShape& SqliteConnection::shapeOf(std::string_view sql) {
+    dialect::liftLiterals(sql, lifted_);
+    if (StatementShape* known = cache_.find(lifted_.shape)) {
+        return *known;
+    }
+    StatementShape shape;
+    shape.key = lifted_.shape;
+    shape.tree = dialect::parseStatement(sql);
+    dialect::Resolver(*catalog_, sql).resolve(shape.tree);
+    dialect::rewrite(shape.tree);
+    shape.searches = writer_.write(shape.tree, lifted_.values).searches;
+    return cache_.insert(std::move(shape));
+}
+
+PreparedStatement& SqliteConnection::variantOf(StatementShape& shape) {
+    variantKey_.clear();
+    for (const dialect::TextSearch& search : shape.searches) {
+        variantKey_ += writer_.variantOf(search, lifted_.values[search.literal]);
+    }
+    const auto known = shape.variants.find(variantKey_);
+    if (known != shape.variants.end()) {
+        return known->second;
+    }
+    if (shape.variants.size() >= StatementCache::variantCapacity) {
+        shape.variants.clear();
+    }
+    PreparedStatement made;
+    made.translation = writer_.write(shape.tree, lifted_.values);
+    made.handle = prepare(database_.get(), made.translation.text);
+    made.columns = std::make_shared<const std::vector<Column>>(made.translation.columns);
+    made.plainParameters = lifted_.values.size();
+    return shape.variants.emplace(variantKey_, std::move(made)).first->second;
+}
+
+PreparedStatement& SqliteConnection::prepared(std::string_view sql, Wanted wanted) {
+    StatementShape& shape = shapeOf(sql);
+    if (wanted == Wanted::Rows && !shape.tree.isSelect()) {
+        throw DatabaseError(ErrorKind::Syntax, "A recordset is opened with a SELECT statement.");
+    }
+    if (wanted == Wanted::Change && shape.tree.isSelect()) {
+        throw DatabaseError(ErrorKind::Syntax, "A SELECT statement changes nothing.");
+    }
+    PreparedStatement& statement = variantOf(shape);
+    bind(statement);
+    return statement;
+}
+
+void SqliteConnection::bind(PreparedStatement& statement) {
+    for (std::size_t at = 0; at < statement.plainParameters; ++at) {
+        bindLiteral(statement.handle.get(), static_cast<int>(at + 1), lifted_.values[at]);
+    }
+    for (std::size_t at = statement.plainParameters; at < statement.translation.parameters.size();
+         ++at) {
+        bindDerived(statement, at);
+    }
+}
+
+void SqliteConnection::bindLiteral(sqlite3_stmt* handle, int index, const LiteralValue& literal) {
+    if (literal.kind == LiteralKind::Integer) {
+        sqlite3_bind_int64(handle, index, literal.integer);
+    } else if (literal.kind == LiteralKind::Decimal) {
+        sqlite3_bind_double(handle, index, literal.real());
+    } else if (literal.kind == LiteralKind::Text && !literal.hasDoubledQuotes) {
+        // A view into the statement, which outlives the run.
+        sqlite3_bind_text64(handle, index, literal.raw.data(), literal.raw.size(), SQLITE_STATIC,
+                            SQLITE_UTF8);
+    } else {
+        const std::string text =
+            literal.kind == LiteralKind::Text ? literal.text() : literal.dateTime.isoWithBlank();
+        sqlite3_bind_text64(handle, index, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    }
+}
+
+void SqliteConnection::bindDerived(const PreparedStatement& statement, std::size_t parameter) {
+    const Parameter& wanted = statement.translation.parameters[parameter];
+    const dialect::ParameterValue value = writer_.valueOf(wanted, lifted_.values[wanted.literal]);
+    sqlite3_stmt* handle = statement.handle.get();
+    const auto index = static_cast<int>(parameter + 1);
+    if (const auto* number = std::get_if<double>(&value)) {
+        sqlite3_bind_double(handle, index, *number);
+    } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+        sqlite3_bind_int64(handle, index, *whole);
+    } else if (const auto* text = std::get_if<std::string>(&value)) {
+        if (wanted.use == Parameter::Use::SortKey) {
+            sqlite3_bind_blob64(handle, index, text->data(), text->size(), SQLITE_TRANSIENT);
+        } else {
+            sqlite3_bind_text64(handle, index, text->data(), text->size(), SQLITE_TRANSIENT,
+                                SQLITE_UTF8);
+        }
+    } else {
+        sqlite3_bind_null(handle, index);
+    }
+}
+
+Recordset SqliteConnection::readRows(PreparedStatement& statement) {
+    sqlite3_stmt* handle = statement.handle.get();
+    const Running running(handle);
+    Recordset rows(statement.columns);
+    const auto columns = static_cast<int>(statement.columns->size());
+    int code = sqlite3_step(handle);
+    for (; code == SQLITE_ROW; code = sqlite3_step(handle)) {
+        for (int column = 0; column < columns; ++column) {
+            addValue(rows, handle, column);
+        }
+    }
+    finish(statement, code);
+    rows.finish();
+    return rows;
+}
+
+void SqliteConnection::finish(PreparedStatement& statement, int code) {
+    if (code != SQLITE_DONE) {
+        throw errorOf(database_.get(), code);
+    }
+    const int preparations =
+        sqlite3_stmt_status(statement.handle.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
+    if (preparations != std::exchange(statement.preparations, preparations)) {
+        // The engine saw another schema and prepared the statement anew; ours is read again next.
+        schemaIsStale_ = true;
+    }
+}
+
+} // namespace kintar::companion::sqlite

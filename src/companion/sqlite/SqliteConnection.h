@@ -1,0 +1,71 @@
+// A connection to the embedded engine.
+#pragma once
+
+#include "companion/Catalog.h"
+#include "companion/DatabaseConnection.h"
+#include "companion/dialect/Lexer.h"
+#include "companion/dialect/SqliteWriter.h"
+#include "companion/sqlite/SqliteHandle.h"
+#include "companion/sqlite/StatementCache.h"
+
+#include <memory>
+#include <string>
+
+namespace kintar::companion::sqlite {
+
+/// Runs statements of the dialect on a SQLite database. Statements that differ in their values only
+/// are parsed and prepared once. A change of the schema by another program is noticed.
+class SqliteConnection final : public DatabaseConnection {
+public:
+    /// Opens an existing database; throws DatabaseError as `openDatabase` does.
+    SqliteConnection(const std::string& path, Access access);
+
+    [[nodiscard]] bool isOpen() const override { return database_ != nullptr; }
+    void Close() override;
+    Recordset open(std::string_view sql) override;
+    void execute(std::string_view sql) override;
+    std::vector<std::string> plan(std::string_view sql) override;
+
+    /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
+    /// of the data. Throws DatabaseError.
+    void beginRead();
+    /// No error, also where nothing was begun.
+    void endRead() noexcept;
+    /// What is executed from here on becomes real at `commit`, or not at all.
+    void begin();
+    void commit();
+
+    /// What the engine gets for a statement.
+    dialect::Translation translate(std::string_view sql);
+    /// The tables as they were when last read.
+    [[nodiscard]] const Catalog& catalog() const { return *catalog_; }
+    [[nodiscard]] std::size_t knownShapes() const { return cache_.size(); }
+
+private:
+    enum class Wanted : std::uint8_t { Rows, Change, Either };
+
+    template <class Run>
+    auto withCurrentSchema(Run run);
+    PreparedStatement& prepared(std::string_view sql, Wanted wanted);
+    StatementShape& shapeOf(std::string_view sql);
+    PreparedStatement& variantOf(StatementShape& shape);
+    void bind(PreparedStatement& statement);
+    void bindLiteral(sqlite3_stmt* handle, int index, const dialect::LiteralValue& literal);
+    void bindDerived(const PreparedStatement& statement, std::size_t parameter);
+    Recordset readRows(PreparedStatement& statement);
+    void finish(PreparedStatement& statement, int code);
+    void readCatalog();
+    bool schemaHasChanged();
+
+    DatabaseHandle database_;
+    std::unique_ptr<Catalog> catalog_;
+    std::int64_t schemaVersion_ = 0;
+    StatementHandle schemaVersionQuery_;
+    dialect::SqliteWriter writer_;
+    dialect::LiftedStatement lifted_;
+    std::string variantKey_;
+    StatementCache cache_;
+    bool schemaIsStale_ = false;
+};
+
+} // namespace kintar::companion::sqlite

@@ -1,0 +1,53 @@
+// Translated and prepared statements, by their shape.
+#pragma once
+
+#include "companion/dialect/EngineWriter.h"
+#include "companion/dialect/Lexer.h"
+#include "companion/dialect/Statements.h"
+#include "companion/sqlite/SqliteHandle.h"
+
+#include <list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kintar::companion::sqlite {
+
+/// One text of a shape, ready to run.
+struct PreparedStatement {
+    dialect::Translation translation;
+    StatementHandle handle;
+    SharedColumns columns;
+    /// Literals in front that are bound as they are; what lies behind is made from them.
+    std::size_t plainParameters = 0;
+    int preparations = 0; ///< the engine's own count of having prepared it anew
+};
+
+/// A shape: its tree, and a text for each variant of its searches.
+struct StatementShape {
+    std::string key;
+    dialect::Statement tree;
+    std::vector<dialect::TextSearch> searches;
+    std::map<std::string, PreparedStatement, std::less<>> variants;
+};
+
+/// The shapes used last, at most `capacity`. A reference stays valid until the next insertion.
+class StatementCache {
+public:
+    static constexpr std::size_t capacity = 256;
+    static constexpr std::size_t variantCapacity = 16;
+
+    /// Null where the shape is not known; otherwise it counts as the one used last.
+    StatementShape* find(std::string_view key);
+    /// Takes in a shape that is not known yet, and drops the one not used for longest.
+    StatementShape& insert(StatementShape shape);
+    void clear();
+    [[nodiscard]] std::size_t size() const { return byKey_.size(); }
+
+private:
+    std::list<StatementShape> shapes_; ///< the one used last in front
+    std::unordered_map<std::string_view, std::list<StatementShape>::iterator> byKey_;
+};
+
+} // namespace kintar::companion::sqlite

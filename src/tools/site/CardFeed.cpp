@@ -1,0 +1,128 @@
+#include "tools/site/CardFeed.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace kintar::site {
+
+namespace {
+
+/// Persons that every feed shows first: the examples of an invented site.
+constexpr int firstShown = 16;
+
+std::string_view inventedEvent(Random& random) {
+    constexpr std::array<std::string_view, 5> refused{
+        "Access denied: card expired", "Access denied: wrong time", "Access denied: no right here",
+        "Anti-passback violation", "Door held open"};
+    return random.percent(80) ? "Access granted" : random.pick(std::span(refused));
+}
+
+std::string line(const nlohmann::ordered_json& json) {
+    return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+} // namespace
+
+CardFeed::CardFeed(SiteDatabase& database, std::uint64_t seed)
+    : database_(database), random_(seed, "feed") {}
+
+CardFeed::Place CardFeed::placeIn(int locGrp) {
+    SiteStatement places(database_,
+                         "SELECT Loc.Name, Dev.Name FROM Loc JOIN Dev ON Dev.Loc = Loc.Loc "
+                         "WHERE Loc.LocGrp = ? ORDER BY Loc.Loc, Dev.Device LIMIT 1000");
+    places.start(locGrp);
+    std::vector<Place> all;
+    while (places.next()) {
+        all.push_back({places.text(0), places.text(1)});
+    }
+    return all.empty() ? Place{} : random_.pick(std::span<const Place>(all));
+}
+
+std::optional<int> CardFeed::personFrom(int id) {
+    SiteStatement query(database_, "SELECT ID FROM Names WHERE ID >= ? ORDER BY ID LIMIT 1");
+    query.start(id);
+    return query.next() ? std::optional(static_cast<int>(query.integer(0))) : std::nullopt;
+}
+
+std::optional<CardEvent> CardFeed::eventOf(int person) {
+    SiteStatement query(
+        database_, "SELECT LName, FName, LocGrp, (SELECT Code FROM Cards WHERE NameID = Names.ID "
+                   "AND Status <> 0 ORDER BY ID LIMIT 1) FROM Names WHERE ID = ?");
+    query.start(person);
+    if (!query.next()) {
+        return std::nullopt;
+    }
+    CardEvent event;
+    event.id = person;
+    event.lastName = query.text(0);
+    event.firstName = query.text(1);
+    event.locGrp = static_cast<int>(query.integer(2));
+    event.code = query.text(3);
+    const Place place = placeIn(event.locGrp);
+    event.locName = place.loc;
+    event.device = place.device;
+    event.eventDesc = inventedEvent(random_);
+    return event;
+}
+
+std::vector<CardEvent> CardFeed::events(int count) {
+    std::vector<CardEvent> events;
+    int next = std::numeric_limits<int>::min();
+    while (static_cast<int>(events.size()) < std::min(count, firstShown)) {
+        const std::optional<int> person = personFrom(next);
+        if (!person) {
+            break;
+        }
+        events.push_back(*eventOf(*person));
+        next = *person + 1;
+    }
+    SiteStatement range(database_, "SELECT min(ID), max(ID) FROM Names");
+    range.start();
+    range.next();
+    const auto lowest = static_cast<int>(range.integer(0));
+    const auto highest = static_cast<int>(range.integer(1));
+    while (!events.empty() && static_cast<int>(events.size()) < count) {
+        events.push_back(*eventOf(*personFrom(random_.between(lowest, highest))));
+    }
+    return events;
+}
+
+std::vector<FeedOperator> CardFeed::operators() {
+    SiteStatement query(
+        database_,
+        "SELECT OPR.ID, AllMenus, (SELECT group_concat(MenuID || CASE Loc WHEN 0 THEN "
+        "'' ELSE ' at ' || Loc END, ', ') FROM MenuProfile "
+        "WHERE PwProfileID = OPR.PwProfile AND \"View\" <> 0) FROM OPR "
+        "LEFT JOIN PwProfile ON PwProfile.ID = OPR.PwProfile ORDER BY OPR.ID LIMIT 1000");
+    query.start();
+    std::vector<FeedOperator> all;
+    while (query.next()) {
+        const std::string menus = query.text(2);
+        const std::string rights = query.integer(1) != 0 ? "all rights"
+                                   : menus.empty()       ? "no rights"
+                                                         : "menus " + menus;
+        all.push_back({static_cast<int>(query.integer(0)), rights});
+    }
+    return all;
+}
+
+std::string feedLine(const CardEvent& event) {
+    return line({{"kind", "event"},
+                 {"ID", event.id},
+                 {"LocGrp", event.locGrp},
+                 {"LocName", event.locName},
+                 {"FName", event.firstName},
+                 {"LName", event.lastName},
+                 {"Device", event.device},
+                 {"EventDesc", event.eventDesc},
+                 {"Code", event.code}});
+}
+
+std::string feedLine(const FeedOperator& who) {
+    return line({{"kind", "operator"}, {"OprID", who.id}, {"rights", who.rights}});
+}
+
+} // namespace kintar::site

@@ -1,0 +1,60 @@
+// Invented card events of a site, for the demonstration workstation.
+#pragma once
+
+#include "tools/site/Random.h"
+#include "tools/site/SiteDatabase.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kintar::site {
+
+/// What a workstation learns when a card is used. The moment is left to whoever plays the event.
+struct CardEvent {
+    int id = 0;
+    int locGrp = 0;
+    std::string locName;
+    std::string firstName;
+    std::string lastName;
+    std::string device;
+    std::string eventDesc;
+    std::string code; ///< of the person's first active card; empty: none
+};
+
+struct FeedOperator {
+    int id = 0;
+    std::string rights; ///< for people
+};
+
+/// Reads persons, places and operators from any site's database. Throws SiteError where it cannot
+/// be read.
+class CardFeed {
+public:
+    CardFeed(SiteDatabase& database, std::uint64_t seed);
+
+    /// The next event of this person; nothing where the site has no such person.
+    std::optional<CardEvent> eventOf(int person);
+    /// So many events: first the persons with the lowest numbers, one each, then anybody. Fewer
+    /// where the site has nobody.
+    std::vector<CardEvent> events(int count);
+    std::vector<FeedOperator> operators();
+
+private:
+    struct Place {
+        std::string loc;
+        std::string device;
+    };
+    Place placeIn(int locGrp);
+    std::optional<int> personFrom(int id);
+
+    SiteDatabase& database_;
+    Random random_;
+};
+
+/// The event, or the operator, as one JSON object on one line. Its `kind` is `event` or `operator`,
+/// its other names are those of the properties that it is meant for.
+std::string feedLine(const CardEvent& event);
+std::string feedLine(const FeedOperator& who);
+
+} // namespace kintar::site

@@ -1,0 +1,97 @@
+#include "tools/site/SiteCheck.h"
+
+#include "tools/site/FileCheck.h"
+#include "tools/site/Findings.h"
+#include "tools/site/SchemaCheck.h"
+#include "tools/site/SiteDatabase.h"
+#include "tools/site/SiteError.h"
+#include "tools/site/ValueCheck.h"
+
+#include <functional>
+#include <memory>
+#include <system_error>
+
+namespace kintar::site {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* databasePlace = "database";
+
+/// A step that a broken database or folder may end: what it ended with is a finding.
+void runStep(const char* where, Findings& findings, const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const SiteError& error) {
+        findings.add(where, error.what());
+    } catch (const fs::filesystem_error& error) {
+        findings.add(where, error.what());
+    }
+}
+
+/// Null, with a finding, where there is no database to look at.
+std::unique_ptr<SiteDatabase> openDatabase(const fs::path& file, Findings& findings) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(file, error);
+    if (!fs::is_regular_file(status)) {
+        findings.add(databasePlace,
+                     file.string() + (fs::exists(status) ? " is no regular file" : " is missing"));
+        return nullptr;
+    }
+    std::unique_ptr<SiteDatabase> database;
+    runStep(databasePlace, findings,
+            [&] { database = std::make_unique<SiteDatabase>(file, SiteDatabase::Access::Read); });
+    return database;
+}
+
+/// Whether the database is whole; a damaged one is not asked anything else.
+bool checkIntegrity(SiteDatabase& database, Findings& findings) {
+    bool whole = false;
+    runStep(databasePlace, findings, [&] {
+        SiteStatement query(database, "PRAGMA integrity_check(20)");
+        query.start();
+        while (query.next()) {
+            whole = query.text(0) == "ok";
+            if (!whole) {
+                findings.add(databasePlace, query.text(0));
+            }
+        }
+    });
+    return whole;
+}
+
+void checkDatabase(const SiteSettings& settings, SiteDatabase& database, Findings& findings) {
+    bool complete = false;
+    runStep(databasePlace, findings, [&] { complete = checkSchema(database, findings); });
+    runStep(databasePlace, findings, [&] { checkValues(database, findings); });
+    if (complete) {
+        runStep(databasePlace, findings, [&] { checkRelations(database, findings); });
+        runStep("Images", findings, [&] { checkPhotos(settings, database, findings); });
+    }
+    runStep("InRptByLoc.txt", findings,
+            [&] { checkPrinterMap(settings, complete ? &database : nullptr, findings); });
+}
+
+} // namespace
+
+std::vector<std::string> checkSite(const fs::path& site) {
+    Findings findings;
+    std::error_code error;
+    if (!fs::is_directory(site, error)) {
+        findings.add(site.string(), "is no folder");
+        return findings.lines();
+    }
+    const std::optional<SiteSettings> settings = readSettings(site, findings);
+    if (!settings) {
+        return findings.lines();
+    }
+    runStep("folders", findings, [&] { checkFolders(site, *settings, findings); });
+    const std::unique_ptr<SiteDatabase> database = openDatabase(settings->database, findings);
+    if (database && checkIntegrity(*database, findings)) {
+        checkDatabase(*settings, *database, findings);
+    }
+    return findings.lines();
+}
+
+} // namespace kintar::site
