@@ -3,3 +3,8 @@ kintar_test(search_test
             ModeLayoutTest.cpp NameListTest.cpp NameQueryTest.cpp PhotoChoiceTest.cpp
             SortedOrderTest.cpp UdfListTest.cpp UdfPermissionTest.cpp WebAddressTest.cpp
     LINK kintar_search)
+
+kintar_test(search_windows_test
+    SOURCES frmNameSearchDetailTest.cpp frmNameSearchFillTest.cpp frmNameSearchTest.cpp
+            objNameSearchTest.cpp ../support/WindowMain.cpp
+    LINK kintar_search_windows Qt6::Test WINDOW)
