@@ -10,11 +10,20 @@ namespace kintar::host {
 Composition::Composition(platform::PhotoLoader& photos)
     : companion_(log_, notices_), globals_(companion_, application_, temporaryFolders_),
       display_({globals_, application_, settings_, files_, clock_, windows_, photos,
-                platform::systemLocaleFormats()}) {}
+                platform::systemLocaleFormats()}),
+      nameSearch_({globals_,
+                   application_,
+                   settings_,
+                   windows_,
+                   photos,
+                   browser_,
+                   platform::systemLocaleFormats(),
+                   {}}) {}
 
 ClassTable Composition::classes() {
     ClassTable table;
     table.add(objKintar::describe(display_));
+    table.add(nameSearch_.describe());
     table.add(objSysPath::describe(globals_));
     table.add(objImageType::describe());
     return table;

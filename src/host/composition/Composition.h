@@ -8,10 +8,12 @@
 #include "platform/PosixFiles.h"
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
+#include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
 #include "platform/qt/PhotoLoader.h"
 #include "platform/qt/QtWindowRequests.h"
 #include "platform/qt/WindowApplication.h"
+#include "search/NameSearchWindows.h"
 #include "server/ClassTable.h"
 #include "server/modGlobals.h"
 
@@ -43,7 +45,9 @@ private:
     platform::SystemClock clock_;
     platform::QtWindowRequests windows_;
     modGlobals globals_;
+    platform::DesktopBrowser browser_;
     Display display_;
+    search::NameSearchWindows nameSearch_;
 };
 
 /// "4.4.12".
