@@ -10,11 +10,15 @@ namespace kintar::host {
 Composition::Composition(platform::PhotoLoader& photos)
     : companion_(log_, notices_), globals_(companion_, application_, temporaryFolders_),
       display_({globals_, application_, settings_, files_, clock_, windows_, photos,
-                platform::systemLocaleFormats()}) {}
+                platform::systemLocaleFormats()}),
+      zones_(clock_), overrides_({globals_, application_, clock_, zones_, windows_,
+                                  platform::systemLocaleFormats()}) {}
 
 ClassTable Composition::classes() {
     ClassTable table;
     table.add(objKintar::describe(display_));
+    table.add(overrides_.describeOverride());
+    table.add(overrides_.describeOvrSchedule());
     table.add(objSysPath::describe(globals_));
     table.add(objImageType::describe());
     return table;

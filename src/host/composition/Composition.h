@@ -5,9 +5,11 @@
 #include "companion/SiteCompanion.h"
 #include "display/Display.h"
 #include "host/composition/OperatorNotices.h"
+#include "overrides/Overrides.h"
 #include "platform/PosixFiles.h"
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
+#include "platform/SystemZones.h"
 #include "platform/qt/FileSettings.h"
 #include "platform/qt/PhotoLoader.h"
 #include "platform/qt/QtWindowRequests.h"
@@ -44,6 +46,8 @@ private:
     platform::QtWindowRequests windows_;
     modGlobals globals_;
     Display display_;
+    platform::SystemZones zones_;
+    Overrides overrides_;
 };
 
 /// "4.4.12".
