@@ -56,10 +56,10 @@ constexpr const char* server =
     "   <arg type=\"o\" name=\"object\" direction=\"in\"/>\n"
     "  </method>\n"
     "  <property name=\"Version\" type=\"s\" access=\"read\">\n"
-    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"const\"/>\n"
+    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"false\"/>\n"
     "  </property>\n"
     "  <property name=\"Classes\" type=\"as\" access=\"read\">\n"
-    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"const\"/>\n"
+    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"false\"/>\n"
     "  </property>\n";
 
 const char* accessOf(MemberKind kind) {

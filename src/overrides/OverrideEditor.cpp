@@ -83,8 +83,14 @@ void OverrideEditor::ShowSchedule(std::int32_t ID) {
                   ? "This schedule has been deleted meanwhile: OK saves a new one."
                   : "";
     days_.clear();
-    zoneLine_ = OverrideTexts::zoneLine(schedule->zone(), offsets());
+    showZone(*schedule);
     RecordToForm();
+}
+
+void OverrideEditor::showZone(const objOvrSchedule& schedule) {
+    const OverrideOffsets offsets{schedule.LocTimeDiff(), schedule.SysTimeDiff()};
+    zoneLine_ = OverrideTexts::zoneLine(schedule.zone(), offsets);
+    zoneDiffers_ = OverrideTexts::aheadOfWorkstation(schedule.zone(), offsets) != 0;
 }
 
 void OverrideEditor::RecordToForm() {
@@ -133,8 +139,7 @@ void OverrideEditor::setSlider(OverrideSide& side, int value) {
 void OverrideEditor::pointPassed() {
     const std::shared_ptr<objOvrSchedule> probe = newSchedule();
     probe->Create(0);
-    zoneLine_ =
-        OverrideTexts::zoneLine(probe->zone(), {probe->LocTimeDiff(), probe->SysTimeDiff()});
+    showZone(*probe);
     notice_ = "OK saves what is shown for " + point.PointName + " at " + point.LocName + ".";
 }
 

@@ -78,6 +78,8 @@ public:
     [[nodiscard]] std::string tabCaption() const;
     [[nodiscard]] const std::string& operatorReadout() const { return operatorReadout_; }
     [[nodiscard]] const std::string& zoneLine() const { return zoneLine_; }
+    /// Whether the times shown are not the workstation's own.
+    [[nodiscard]] bool zoneDiffers() const { return zoneDiffers_; }
     /// What the operator should know beside the rest; empty most of the time.
     [[nodiscard]] const std::string& notice() const { return notice_; }
     [[nodiscard]] bool errorShown() const { return errorShown_; }
@@ -99,6 +101,7 @@ private:
     void saveAdditionalDays();
     [[nodiscard]] std::string generalNow() const;
     [[nodiscard]] OverrideOffsets offsets() const;
+    void showZone(const objOvrSchedule& schedule);
     [[nodiscard]] std::shared_ptr<objOvrSchedule> newSchedule() const;
 
     OverrideServices services_;
@@ -109,6 +112,7 @@ private:
     std::string caption_;
     std::string operatorReadout_;
     std::string zoneLine_;
+    bool zoneDiffers_ = false;
     std::string notice_;
     std::string errorText_ = "Stop Date cannot be less than Start Date !!";
     bool errorShown_ = false;

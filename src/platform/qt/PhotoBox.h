@@ -9,7 +9,6 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 
 namespace kintar::platform {
 
@@ -33,8 +32,6 @@ public:
     void clear();
     /// Shows "No Image"; a photo on its way is dropped.
     void showNoImage();
-    /// The line of text over the photo; empty: none.
-    void setLine(std::string_view text);
 
     [[nodiscard]] State state() const { return state_; }
     /// The photo as it was loaded; null in the other states.
@@ -53,7 +50,6 @@ private:
     void setState(State state);
     void paintPhoto(QPainter& painter) const;
     void paintNoImage(QPainter& painter) const;
-    void paintLine(QPainter& painter) const;
 
     PhotoLoader& loader_;
     std::string folder_;
@@ -61,7 +57,6 @@ private:
     std::uint32_t number_ = 0; ///< of the request under way, 0: none
     State state_ = State::Blank;
     QImage photo_;
-    QString line_;
     std::function<void()> shown_;
     QTimer settled_; ///< runs out when the size has stopped changing
 };
