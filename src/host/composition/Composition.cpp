@@ -12,12 +12,10 @@ Composition::Composition(platform::PhotoLoader& photos)
       globals_(companion_, application_, temporaryFolders_), zones_(clock_),
       display_({globals_, application_, settings_, files_, clock_, windows_, photos, formats_}),
       selection_({globals_, clock_, settings_, formats_}),
-      nameSearch_(
-          {globals_, application_, settings_, windows_, photos, browser_, formats_, {}}),
+      nameSearch_({globals_, application_, settings_, windows_, photos, browser_, formats_, {}}),
       overrides_({globals_, application_, clock_, zones_, windows_, formats_}) {
     search::NameSearchNeighbours neighbours;
-    neighbours.showCriteria = [this](std::int32_t locGrp,
-                                     search::CalledFrom& opener) -> QWidget& {
+    neighbours.showCriteria = [this](std::int32_t locGrp, search::CalledFrom& opener) -> QWidget& {
         return selection_.showCriteria(locGrp, opener);
     };
     neighbours.showBoard = [this](std::int32_t locGrp, const std::string& sql, bool showUdfs) {
