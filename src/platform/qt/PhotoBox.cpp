@@ -48,6 +48,12 @@ void PhotoBox::load(const std::string& folder, const std::string& fileName) {
     request();
 }
 
+void PhotoBox::clear() {
+    loader_.cancel(std::exchange(number_, 0));
+    fileName_.clear();
+    setState(State::Blank);
+}
+
 void PhotoBox::showNoImage() {
     loader_.cancel(std::exchange(number_, 0));
     fileName_.clear();

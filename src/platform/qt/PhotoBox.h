@@ -28,6 +28,8 @@ public:
 
     /// Blanks the box at once and loads the photo of a file name below `folder`.
     void load(const std::string& folder, const std::string& fileName);
+    /// Shows nothing, for nobody; a photo on its way is dropped.
+    void clear();
     /// Shows "No Image"; a photo on its way is dropped.
     void showNoImage();
 

@@ -48,15 +48,36 @@ const std::vector<Rule>& rules() {
          "in: sql, engine (sqlite); out: text, values, or error with position (the character, "
          "1 the first)",
          applyDialect},
+        {"in-out",
+         "in: names (ID and Name), locale, tables (Cards and LocCards, each a list of rows); out: "
+         "items in the order of the names, in, out",
+         applyInOut},
         {"names", "in: locGrp, mode, lastName, firstName, companyFilter; out: sql", applyNames},
         {"number", "in: text, reading (leading, whole, numeric); out: value, or error",
          applyNumber},
+        {"override-accept",
+         "in: the record's fields (ID, PointID, PointType, StartCmd, StartDate, StopCmd, StopDate, "
+         "Opr, OprID, Status, IsAdd), startSlider, stopSlider, additionalDays (start, stop), zone, "
+         "useDst, locationRow; out: outcome (ok, dates, command), statements",
+         applyOverrideAccept},
+        {"override-correction",
+         "in: isAdd, now, locTimeDiff, sysTimeDiff, date, slider (0 to 95); out: date, slider, "
+         "moment",
+         applyOverrideCorrection},
+        {"override-save",
+         "in: the record's fields, zone (absent: the point has no location), useDst, record; out: "
+         "sql (null: none was run), result, after",
+         applyOverrideSave},
         {"selection",
          "in: today, locGrp, groupLocs, companyFilter and the criteria (lastName, firstName, "
          "companies, visitor, trace, guardTour, status, cardCode, cardNum, startLow, startHigh, "
          "stopLow, stopHigh, notUsedDays, udf, skills); out: sql and the parts it was joined of, "
          "and the input as the builders leave it",
          applySelection},
+        {"zone",
+         "in: zone, useDst, toUtc, moment, and record (bias, standardBias, daylightBias, "
+         "standardDate, daylightDate) in place of the system's; out: moment, ok",
+         applyZone},
     };
     return table;
 }
