@@ -43,6 +43,13 @@ void setCaption(CommandLabel& label, const std::string& text) {
     label.setAccessibleName(platform::oneLine(text));
 }
 
+/// A timer that runs goes on: started anew by each of many events, it would never come to its end.
+void enable(QTimer& timer) {
+    if (!timer.isActive()) {
+        timer.start();
+    }
+}
+
 void setArea(QWidget& control, const Area& area) {
     control.setGeometry(area.left, area.top, area.width, area.height);
 }
@@ -113,11 +120,11 @@ void frmKintar::Load() {
         mLHeight = std::max(0, platform::settingTwips(services_.settings, settingsSection,
                                                       "LHeight", usualImageHeight));
     });
-    setMinimumHeight(leastPhotoHeight(layoutInput()));
     place(wanted);
     if (placement().width < leastWidth) {
         resize(pixelsFromTwips(leastWidth), height());
     }
+    setMinimumHeight(leastPhotoHeight(layoutInput()));
     mHeight = placement().height;
     layOut();
     LoadImage(0, 0);
@@ -161,7 +168,7 @@ void frmKintar::Kintar(std::int32_t id, std::int32_t locGrp, const std::string& 
     Code = code;
     OprID = oprID;
     if (mShowReady) {
-        Timer2.start();
+        enable(Timer2);
     }
     services_.globals.gPhotoReady = true;
 }
@@ -184,7 +191,7 @@ void frmKintar::Timer2_Timer() {
     requestOrder(platform::InsertAfter::Topmost);
     hideCommands();
     if (mTimer1Free) {
-        Timer1.start();
+        enable(Timer1);
     }
     mShowReady = true;
 }

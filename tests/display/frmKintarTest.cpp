@@ -7,6 +7,7 @@
 #include "display/DisplayWorld.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTest>
@@ -184,6 +185,17 @@ TEST_F(frmKintarTest, ShowsTheLatestOfSeveralEventsInOneTick) {
     ASSERT_TRUE(world.displayed());
     EXPECT_EQ(title(), "Jones, Jane");
     EXPECT_EQ(world.photos.requests.size(), 1U);
+}
+
+TEST_F(frmKintarTest, DisplaysAlsoWhereEventsComeFasterThanItsTimer) {
+    objKintar object(world.display);
+    QElapsedTimer patience;
+    patience.start();
+    while (world.windows.placed.empty() && !patience.hasExpired(30000)) {
+        world.smith(object);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(title(), "Smith, John");
 }
 
 TEST_F(frmKintarTest, TakesThePhotoAwayWithTheNameItBelongsTo) {
