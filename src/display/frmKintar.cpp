@@ -85,6 +85,7 @@ void frmKintar::makeControls() {
     setCaption(*lblDisAble, "Disable Card");
     lblStatus = new platform::ElidedLabel(this);
     platform::nameControl(*lblStatus, "lblStatus", "label", {});
+    lblStatus->hide();
     platform::nameControl(Timer1, "Timer1", "timer");
     platform::nameControl(Timer2, "Timer2", "timer");
     Timer1.setParent(this);
@@ -298,6 +299,8 @@ void frmKintar::hideCommands() {
 
 void frmKintar::setStatus(const char* text, bool bad) {
     lblStatus->setLine(text);
+    // It stands where the commands stand, and would take their clicks.
+    lblStatus->setVisible(*text != '\0');
     QFont font = Label1->font();
     font.setBold(bad);
     lblStatus->setFont(font);

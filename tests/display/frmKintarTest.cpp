@@ -33,8 +33,12 @@ protected:
     void doubleClick(const char* label) {
         QTest::mouseDClick(&world.control<QWidget>(label), Qt::LeftButton);
     }
+    /// A click of the pointer, which whatever lies on top there gets.
     void click(const char* command) {
-        QTest::mouseClick(&world.control<QWidget>(command), Qt::LeftButton);
+        QWidget& control = world.control<QWidget>(command);
+        const QPoint centre = control.mapTo(&world.form(), control.rect().center());
+        QWidget* hit = control.isVisible() ? world.form().childAt(centre) : &control;
+        QTest::mouseClick(hit, Qt::LeftButton);
     }
     std::string title() { return world.form().windowTitle().toStdString(); }
     std::string setting(const char* key) {
