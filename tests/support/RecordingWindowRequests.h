@@ -23,8 +23,15 @@ public:
     }
     void SetForegroundWindow(platform::WindowId window) override { foreground.push_back(window); }
 
+    void ShowWindow(platform::WindowId window, platform::ShowCommand /*command*/) override {
+        restored.push_back(window);
+    }
+    void CoverFullScreen(platform::WindowId window) override { covering.push_back(window); }
+
     std::vector<Placed> placed;
     std::vector<platform::WindowId> foreground;
+    std::vector<platform::WindowId> restored;
+    std::vector<platform::WindowId> covering;
 };
 
 } // namespace kintar::testing

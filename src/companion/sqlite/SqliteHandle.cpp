@@ -91,7 +91,7 @@ DatabaseError errorOf(sqlite3* database, int code) {
 
 DatabaseHandle openDatabase(const std::string& path, Access access) {
     checkFile(path);
-    const int mode = access == Access::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
+    const int mode = access == Access::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
     sqlite3* opened = nullptr;
     // A leading "./" keeps a relative path from being read as a URI.
     const std::string plainPath = path.starts_with('/') ? path : "./" + path;
@@ -107,6 +107,10 @@ DatabaseHandle openDatabase(const std::string& path, Access access) {
     // 128 MB at most: a large list is read twice as fast as through the small default cache.
     runPlain(database.get(), "PRAGMA cache_size=-131072");
     runPlain(database.get(), "PRAGMA cell_size_check=ON");
+    if (access == Access::Private) {
+        runPlain(database.get(), "PRAGMA journal_mode=MEMORY");
+        runPlain(database.get(), "PRAGMA synchronous=OFF");
+    }
     // Reading the schema tells a database from any other file.
     runPlain(database.get(), "SELECT count(*) FROM sqlite_schema");
     return database;

@@ -19,7 +19,13 @@ struct FinalizeStatement {
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-enum class Access : std::uint8_t { ReadWrite, ReadOnly };
+enum class Access : std::uint8_t {
+    ReadWrite,
+    ReadOnly,
+    /// For a file that nobody else knows and that goes if anything fails: reading and writing
+    /// without waiting for the disk.
+    Private,
+};
 
 /// Opens an existing database file defensively: no double-quoted strings, no trusted schema, no
 /// extensions, no further databases, bounded sizes; a locked database is waited for two seconds.

@@ -17,7 +17,9 @@ namespace {
 
 std::optional<X11Windows> x11() {
 #if QT_CONFIG(xcb)
-    if (auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    // Other platforms may offer the interface, too, but have no connection.
+    auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (native != nullptr && native->connection() != nullptr) {
         return X11Windows(native->connection());
     }
 #endif
@@ -34,6 +36,9 @@ QWindow* ownWindow(WindowId window) {
 void QtWindowRequests::SetWindowPos(WindowId window, InsertAfter insertAfter, unsigned flags) {
     if (std::optional<X11Windows> windows = x11()) {
         const auto id = static_cast<xcb_window_t>(window);
+        if ((flags & showWindow) != 0) {
+            windows->restore(id);
+        }
         windows->setTopmost(id, insertAfter == InsertAfter::Topmost);
         if ((flags & noActivate) == 0) {
             windows->activate(id);
@@ -59,6 +64,20 @@ void QtWindowRequests::SetForegroundWindow(WindowId window) {
         own->requestActivate();
     } else {
         sayOnce("another program's window cannot be brought to the front");
+    }
+}
+
+void QtWindowRequests::ShowWindow(WindowId window, ShowCommand /*command*/) {
+    if (std::optional<X11Windows> windows = x11()) {
+        windows->restore(static_cast<xcb_window_t>(window));
+    } else if (QWindow* own = ownWindow(window)) {
+        own->showNormal();
+    }
+}
+
+void QtWindowRequests::CoverFullScreen(WindowId window) {
+    if (std::optional<X11Windows> windows = x11()) {
+        windows->coverFullScreen(static_cast<xcb_window_t>(window));
     }
 }
 

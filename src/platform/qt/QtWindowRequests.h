@@ -12,6 +12,8 @@ class QtWindowRequests final : public WindowRequests {
 public:
     void SetWindowPos(WindowId window, InsertAfter insertAfter, unsigned flags) override;
     void SetForegroundWindow(WindowId window) override;
+    void ShowWindow(WindowId window, ShowCommand command) override;
+    void CoverFullScreen(WindowId window) override;
 
 private:
     void sayOnce(const char* what);

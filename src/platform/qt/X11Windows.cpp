@@ -1,5 +1,6 @@
 #include "platform/qt/X11Windows.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -61,21 +62,69 @@ xcb_window_t X11Windows::rootOf(xcb_window_t window) const {
 
 bool X11Windows::hasWindowManager(xcb_window_t root) const {
     // The window named at the root must name itself, or its manager has gone.
-    const xcb_window_t named = checkWindow(root);
-    return named != XCB_NONE && checkWindow(named) == named;
+    constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";
+    const xcb_window_t named = windowProperty(root, check);
+    return named != XCB_NONE && windowProperty(named, check) == named;
 }
 
-xcb_window_t X11Windows::checkWindow(xcb_window_t holder) const {
-    const auto property = owned(xcb_get_property_reply(
+xcb_window_t X11Windows::windowProperty(xcb_window_t holder, const char* property) const {
+    const auto reply = owned(xcb_get_property_reply(
         connection_,
-        xcb_get_property(connection_, 0, holder, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW,
-                         0, 1),
-        nullptr));
+        xcb_get_property(connection_, 0, holder, atom(property), XCB_ATOM_WINDOW, 0, 1), nullptr));
     xcb_window_t found = XCB_NONE;
-    if (property && xcb_get_property_value_length(property.get()) == sizeof found) {
-        std::memcpy(&found, xcb_get_property_value(property.get()), sizeof found);
+    if (reply && xcb_get_property_value_length(reply.get()) == sizeof found) {
+        std::memcpy(&found, xcb_get_property_value(reply.get()), sizeof found);
     }
     return found;
+}
+
+void X11Windows::restore(xcb_window_t window) {
+    if (rootOf(window) != XCB_NONE) {
+        xcb_map_window(connection_, window);
+        xcb_flush(connection_);
+    }
+}
+
+void X11Windows::coverFullScreen(xcb_window_t window) {
+    const xcb_window_t root = rootOf(window);
+    if (root == XCB_NONE) {
+        return;
+    }
+    const xcb_window_t active = windowProperty(root, "_NET_ACTIVE_WINDOW");
+    if (active == window) {
+        return;
+    }
+    if (active != XCB_NONE && fillsTheScreen(active, root)) {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_TRANSIENT_FOR,
+                            XCB_ATOM_WINDOW, 32, 1, &active);
+        raise(window);
+    } else {
+        xcb_delete_property(connection_, window, XCB_ATOM_WM_TRANSIENT_FOR);
+    }
+    xcb_flush(connection_);
+}
+
+bool X11Windows::fillsTheScreen(xcb_window_t window, xcb_window_t root) const {
+    constexpr std::uint32_t mostStates = 64;
+    const auto states =
+        owned(xcb_get_property_reply(connection_,
+                                     xcb_get_property(connection_, 0, window, atom("_NET_WM_STATE"),
+                                                      XCB_ATOM_ATOM, 0, mostStates),
+                                     nullptr));
+    if (states) {
+        const auto* found = static_cast<const xcb_atom_t*>(xcb_get_property_value(states.get()));
+        const auto count = static_cast<std::size_t>(xcb_get_property_value_length(states.get())) /
+                           sizeof(xcb_atom_t);
+        if (std::find(found, found + count, atom("_NET_WM_STATE_FULLSCREEN")) != found + count) {
+            return true;
+        }
+    }
+    // Programs from before that state fill the screen by their size.
+    const auto own =
+        owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const auto screen =
+        owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, root), nullptr));
+    return own && screen && own->width >= screen->width && own->height >= screen->height;
 }
 
 xcb_atom_t X11Windows::atom(const char* name) const {

@@ -19,15 +19,21 @@ public:
     void setTopmost(xcb_window_t window, bool topmost);
     /// To the front with the focus, as a task bar does; a window of any process.
     void activate(xcb_window_t window);
+    /// Maps a window that is minimised or hidden; a window of any process.
+    void restore(xcb_window_t window);
+    /// Puts a window above the one that has the focus where that fills the screen: window managers
+    /// keep such a window, and what is transient for it, above all others.
+    void coverFullScreen(xcb_window_t window);
 
 private:
     [[nodiscard]] xcb_window_t rootOf(xcb_window_t window) const;
     [[nodiscard]] bool hasWindowManager(xcb_window_t root) const;
-    [[nodiscard]] xcb_window_t checkWindow(xcb_window_t holder) const;
     [[nodiscard]] xcb_atom_t atom(const char* name) const;
     void tellManager(xcb_window_t root, xcb_window_t window, xcb_atom_t type,
                      const std::array<std::uint32_t, 5>& data) const;
     void raise(xcb_window_t window) const;
+    [[nodiscard]] xcb_window_t windowProperty(xcb_window_t holder, const char* property) const;
+    [[nodiscard]] bool fillsTheScreen(xcb_window_t window, xcb_window_t root) const;
 
     xcb_connection_t* connection_;
 };
