@@ -1,8 +1,8 @@
 // A label that does something when it is clicked.
 #pragma once
 
-#include <QPushButton>
 #include <QColor>
+#include <QPushButton>
 
 namespace kintar {
 

@@ -41,7 +41,9 @@ PublicClass objKintar::describe(DisplayWindows& display) {
         .let("Device", &objKintar::Device, "The name of the device (reader).")
         .let("EventDesc", &objKintar::EventDesc, "What happened.")
         .let("DateTime", &objKintar::DateTime,
-             "When it happened; the time of day is kept and shown.")
+             "When it happened, as `2012-03-14T17:05:00` or as the server's locale writes dates "
+             "and times; "
+             "its time of day is kept and shown. Any other text raises error 13.")
         .let("Code", &objKintar::Code, "The card code.")
         .let("OprID", &objKintar::OprID, "The operator who may enable and disable the card.")
         .creates([&display](ObjectSignals&) { return std::make_unique<objKintar>(display); })

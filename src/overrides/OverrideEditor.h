@@ -1,6 +1,7 @@
 // What the override editor does, without its window: the schedule shown, the browsing, the checks.
 #pragma once
 
+#include "overrides/OverrideAcceptance.h"
 #include "overrides/OverrideCommands.h"
 #include "overrides/OverridePoint.h"
 #include "overrides/OverrideServices.h"
@@ -15,13 +16,6 @@
 #include <vector>
 
 namespace kintar {
-
-/// One row of the additional days: dates without times.
-struct AdditionalDay {
-    std::string key; ///< "ID" and a number
-    DateTime start;
-    DateTime stop;
-};
 
 /// One side of a schedule as the window shows it.
 struct OverrideSide {
@@ -78,6 +72,8 @@ public:
     [[nodiscard]] std::string tabCaption() const;
     [[nodiscard]] const std::string& operatorReadout() const { return operatorReadout_; }
     [[nodiscard]] const std::string& zoneLine() const { return zoneLine_; }
+    /// Whether the times shown are not the workstation's own.
+    [[nodiscard]] bool zoneDiffers() const { return zoneDiffers_; }
     /// What the operator should know beside the rest; empty most of the time.
     [[nodiscard]] const std::string& notice() const { return notice_; }
     [[nodiscard]] bool errorShown() const { return errorShown_; }
@@ -96,9 +92,9 @@ private:
     /// Both the start's check and the stop's: they differ in nothing but their side.
     void CheckTime(OverrideSide& side);
     void showTime(OverrideSide& side, OverrideTime time);
-    void saveAdditionalDays();
     [[nodiscard]] std::string generalNow() const;
     [[nodiscard]] OverrideOffsets offsets() const;
+    void showZone(const objOvrSchedule& schedule);
     [[nodiscard]] std::shared_ptr<objOvrSchedule> newSchedule() const;
 
     OverrideServices services_;
@@ -109,6 +105,7 @@ private:
     std::string caption_;
     std::string operatorReadout_;
     std::string zoneLine_;
+    bool zoneDiffers_ = false;
     std::string notice_;
     std::string errorText_ = "Stop Date cannot be less than Start Date !!";
     bool errorShown_ = false;

@@ -10,7 +10,7 @@ namespace {
 constexpr std::int16_t captionText = 474;
 constexpr std::int16_t newText = 475;
 constexpr std::int16_t missingCommandText = 477;
-constexpr std::int16_t ofText = 10011; // a number of ours: the site's texts name none for it
+constexpr std::int16_t ofText = 10801; // a number of ours: the site's texts name none for it
 constexpr const char* threeBlanks = "   ";
 constexpr int minutesOfHour = 60;
 
@@ -31,6 +31,11 @@ std::string duration(int minutes) {
         text += (text.empty() ? "" : " ") + std::to_string(rest) + " min";
     }
     return text;
+}
+
+/// Where there is no zone the dates are UTC, whatever the location's offset is taken to be.
+int shownOffset(const OverrideZone& zone, OverrideOffsets offsets) {
+    return zone.kind == OverrideZone::Kind::Zone ? offsets.location : 0;
 }
 
 std::string besideWorkstation(int ahead) {
@@ -64,21 +69,21 @@ std::string OverrideTexts::readout(int slider) const {
     return formats_.formatLongTime(DateTime().plusMinutes(slider * minutesOfStep));
 }
 
+int OverrideTexts::aheadOfWorkstation(const OverrideZone& zone, OverrideOffsets offsets) {
+    return shownOffset(zone, offsets) - offsets.workstation;
+}
+
 std::string OverrideTexts::zoneLine(const OverrideZone& zone, OverrideOffsets offsets) {
-    // Where there is no zone the dates are UTC, whatever the location's offset is taken to be.
-    const int offset = zone.kind == OverrideZone::Kind::Zone ? offsets.location : 0;
-    std::string where = utcOffset(offset);
-    std::string why;
+    std::string where = "UTC (the time zone '" + zone.name + "' is unknown)";
     if (zone.kind == OverrideZone::Kind::Zone) {
-        where = zone.name + " (" + where + " now" +
+        where = zone.name + " (" + utcOffset(offsets.location) + " now" +
                 (zone.observesDaylightTime ? ")" : ", no daylight time)");
-    } else {
-        where = "UTC";
-        why = zone.kind == OverrideZone::Kind::NoLocation ? " (the point has no location)"
-              : zone.name.empty()                         ? " (the location has no time zone)"
-                                  : " (the time zone '" + zone.name + "' is unknown)";
+    } else if (zone.kind == OverrideZone::Kind::NoLocation) {
+        where = "UTC (the point has no location)";
+    } else if (zone.name.empty()) {
+        where = "UTC (the location has no time zone)";
     }
-    return "Times are in " + where + why + ", " + besideWorkstation(offset - offsets.workstation) +
+    return "Times are in " + where + ", " + besideWorkstation(aheadOfWorkstation(zone, offsets)) +
            ".";
 }
 

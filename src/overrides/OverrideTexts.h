@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::string readout(int slider) const;
     /// Which zone the times are in, and how far from the workstation's own time that is.
     [[nodiscard]] static std::string zoneLine(const OverrideZone& zone, OverrideOffsets offsets);
+    /// Minutes that the times shown are ahead of the workstation's own.
+    [[nodiscard]] static int aheadOfWorkstation(const OverrideZone& zone, OverrideOffsets offsets);
 
 private:
     [[nodiscard]] std::string textOr(std::int16_t number, const char* design) const;

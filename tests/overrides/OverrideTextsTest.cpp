@@ -15,7 +15,7 @@ OverrideTexts numbered() {
 
 TEST(OverrideTexts, BuildCaptionsFromTextsByNumber) {
     EXPECT_EQ(numbered().newCaption(), "#474   #475");
-    EXPECT_EQ(numbered().positionCaption(2, 3), "2 #10011 3   #474");
+    EXPECT_EQ(numbered().positionCaption(2, 3), "2 #10801 3   #474");
     EXPECT_EQ(numbered().missingCommand(), "#477");
 }
 

@@ -49,7 +49,9 @@ void FormWindow::ensureLoaded() {
 
 void FormWindow::Show() {
     ensureLoaded();
-    show();
+    if (!unloaded_) { // a load may let messages run, and one of them close the form
+        show();
+    }
 }
 
 void FormWindow::unload() {
