@@ -36,9 +36,14 @@ def attribute(node, name):
         return None
 
 
+def is_page_tab(node, caption):
+    """A page of a tab strip has no control name: it goes by its caption."""
+    return attribute(node, "name") == caption and node.getRole() == pyatspi.ROLE_PAGE_TAB
+
+
 def find(control, window=None):
     for node in nodes():
-        if attribute(node, "description") == control:
+        if attribute(node, "description") == control or is_page_tab(node, control):
             if window is None or owner(node) == window:
                 return node
     return None
@@ -75,6 +80,8 @@ def answer(request):
             action.doAction(actions.index(request["action"]))
     except NotImplementedError:
         pass
+    if request.get("focus"):
+        node.queryComponent().grabFocus()
     if "value" in request:
         node.queryEditableText().setTextContents(request["value"])
     return {

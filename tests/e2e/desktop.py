@@ -27,6 +27,12 @@ def await_true(condition, seconds=10.0, what="the condition"):
         time.sleep(0.02)
 
 
+def variant(value):
+    """A value as a property is set: without introspection the binding would send it bare."""
+    kinds = {bool: dbus.Boolean, int: dbus.Int32, str: dbus.String}
+    return kinds.get(type(value), type(value))(value, variant_level=1)
+
+
 class Instance:
     """One object of a public class, over the bus."""
 
@@ -38,7 +44,7 @@ class Instance:
         self._properties = dbus.Interface(self.proxy, PROPERTIES)
 
     def set(self, member, value):
-        self._properties.Set(self.interface, member, value)
+        self._properties.Set(self.interface, member, variant(value))
 
     def get(self, member):
         return self._properties.Get(self.interface, member)
