@@ -40,7 +40,7 @@ struct NameSearchSurroundings {
     platform::WindowRequests& windows;
     platform::PhotoLoader& photos;
     platform::WebBrowser& browser;
-    const LocaleFormats& formats;
+    LocaleFormats formats;
     NameSearchNeighbours neighbours;
 };
 

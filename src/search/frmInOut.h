@@ -87,7 +87,7 @@ private:
     QPlainTextEdit* Text_;
     QLabel* lblHeadCount_;
     QLabel* lblStatus_;
-    QTimer Timer1_;
+    QTimer Timer1_{this};
 };
 
 } // namespace kintar::search

@@ -40,7 +40,8 @@ void frmNameSearch::ShowCardStatus() {
     }
     controls_.status->setText(platform::oneLine(shown.status));
     controls_.lastUse->setText(platform::oneLine(shown.lastUse));
-    controls_.visitorMark->setVisible(shown.visitor);
+    // The status of a visitor's card takes the label; a visitor is to be seen all the same.
+    controls_.visitorMark->setVisible(shown.visitor && shown.status != visitorStatus);
     if (controls_.lvUdf->isVisibleTo(this)) {
         ignoringErrors([this] { fillUdfList(); });
     }
@@ -49,7 +50,7 @@ void frmNameSearch::ShowCardStatus() {
 void frmNameSearch::clearDetail() {
     photoTag_ = "0";
     controls_.resetPhotoArea();
-    controls_.Lead1->showNoImage();
+    controls_.Lead1->clear();
     controls_.status->clear();
     controls_.lastUse->clear();
     controls_.visitorMark->hide();

@@ -1,7 +1,7 @@
 // Everything that the display windows stand on, as twins that record what is asked of them.
 #pragma once
 
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 #include "display/objKintar.h"
 #include "platform/PosixFiles.h"
 #include "support/EventLoop.h"
@@ -231,7 +231,7 @@ struct DisplayWorld {
     FakeClock clock{*DateTime::fromFields(2012, 3, 14, 17, 5, 0)};
     RecordingWindowRequests windows;
     TwinLoader photos;
-    Display display{{globals, application, settings, files, clock, windows, photos, {}}};
+    DisplayWindows display{{globals, application, settings, files, clock, windows, photos, {}}};
 
     DisplayWorld() {
         application.applicationFolder = site.path();

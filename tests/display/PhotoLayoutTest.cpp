@@ -5,7 +5,7 @@
 namespace kintar {
 namespace {
 
-constexpr PhotoLayoutInput usual{200, 251, 177, 16, 80, 22};
+constexpr PhotoLayoutInput usual{200, 251, 177, 16, 16, 80, 21};
 
 int bottom(const Area& area) {
     return area.top + area.height;
@@ -19,7 +19,8 @@ TEST(PhotoLayout, GivesThePhotoItsHeightAndTheWholeWidth) {
 
 TEST(PhotoLayout, PutsTheTextsBelowThePhotoAndTheCommandsBelowThose) {
     const PhotoLayout layout = photoLayout(usual);
-    EXPECT_GE(layout.label1.top, bottom(layout.lead1));
+    EXPECT_GE(layout.lblName.top, bottom(layout.lead1));
+    EXPECT_GE(layout.label1.top, bottom(layout.lblName));
     EXPECT_GE(layout.label2.top, bottom(layout.label1));
     EXPECT_GE(layout.lblEnable.top, bottom(layout.label2));
     EXPECT_EQ(layout.lblEnable.top, layout.lblDisAble.top);
@@ -45,9 +46,9 @@ TEST(PhotoLayout, TakesRoomFromThePhotoForLargerLetters) {
 
 TEST(PhotoLayout, NeverGivesAnythingANegativeSize) {
     for (const int side : {0, 1, 5, 40}) {
-        const PhotoLayout layout = photoLayout({side, side, 177, 16, 80, 22});
-        for (const Area& area : {layout.lead1, layout.label1, layout.label2, layout.lblEnable,
-                                 layout.lblDisAble, layout.lblStatus}) {
+        const PhotoLayout layout = photoLayout({side, side, 177, 16, 16, 80, 21});
+        for (const Area& area : {layout.lead1, layout.lblName, layout.label1, layout.label2,
+                                 layout.lblEnable, layout.lblDisAble, layout.lblStatus}) {
             EXPECT_GE(area.width, 0);
             EXPECT_GE(area.height, 0);
         }

@@ -187,7 +187,7 @@ TEST_F(BusHostTest, TheRootHasVersionAndClassesInTheOrderOfTheTable) {
         free(*name);
     }
     free(names);
-    EXPECT_EQ(all, "objPlain objWitness objLater objBox objBroken ");
+    EXPECT_EQ(all, "objPlain objWitness objLater objBox objBroken objKintar ");
     EXPECT_EQ(client->set(root, "Version", "s", "9").error, errors::propertyReadOnly);
     EXPECT_EQ(client->set(root, "Other", "s", "9").error, errors::unknownProperty);
     EXPECT_TRUE(client->send(client->message(root, propertiesInterface, "GetAll", "s", "")).ok());

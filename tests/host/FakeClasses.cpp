@@ -179,6 +179,41 @@ PublicClass later(FakeWorld& world) {
     return described;
 }
 
+class Recorder final : public FakeObject {
+public:
+    using FakeObject::FakeObject;
+};
+
+Member recordedProperty(FakeWorld& world, const std::string& name, ValueType type) {
+    Member member;
+    member.name = name;
+    member.type = type;
+    member.summary = "Recorded.";
+    member.set = [&world, name](PublicObject&, const Value& value) {
+        const auto* text = std::get_if<std::string>(&value);
+        world.note(name + "=" + (text ? *text : std::to_string(std::get<std::int32_t>(value))));
+    };
+    return member;
+}
+
+// Has the members of the class that shows a card event, and only records them.
+PublicClass recorder(FakeWorld& world) {
+    PublicClass described;
+    described.name = "objKintar";
+    described.summary = "Records.";
+    for (const char* name : {"ID", "LocGrp", "OprID"}) {
+        described.members.push_back(recordedProperty(world, name, ValueType::Int32));
+    }
+    for (const char* name :
+         {"LocName", "FName", "LName", "Device", "EventDesc", "DateTime", "Code"}) {
+        described.members.push_back(recordedProperty(world, name, ValueType::String));
+    }
+    described.create = [&world](ObjectSignals&) {
+        return std::make_unique<Recorder>(world, "kintar");
+    };
+    return described;
+}
+
 } // namespace
 
 ClassTable fakeClasses(FakeWorld& world) {
@@ -196,6 +231,7 @@ ClassTable fakeClasses(FakeWorld& world) {
                       throw RunTimeError::duplicateKey();
                   })
                   .build());
+    table.add(recorder(world));
     return table;
 }
 

@@ -16,9 +16,9 @@
 namespace kintar::search {
 namespace {
 
-using testing::SearchSite;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using testing::SearchSite;
 
 DateTime moment(const char* iso) {
     return DateTime::fromIso(iso).value();

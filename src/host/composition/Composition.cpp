@@ -8,15 +8,26 @@
 namespace kintar::host {
 
 Composition::Composition(platform::PhotoLoader& photos)
-    : companion_(log_, notices_), globals_(companion_, application_, temporaryFolders_),
-      display_({globals_, application_, settings_, files_, clock_, windows_, photos,
-                platform::systemLocaleFormats()}),
-      zones_(clock_), overrides_({globals_, application_, clock_, zones_, windows_,
-                                  platform::systemLocaleFormats()}) {}
+    : formats_(platform::systemLocaleFormats()), companion_(log_, notices_),
+      globals_(companion_, application_, temporaryFolders_), zones_(clock_),
+      display_({globals_, application_, settings_, files_, clock_, windows_, photos, formats_}),
+      selection_({globals_, clock_, settings_, formats_}),
+      nameSearch_({globals_, application_, settings_, windows_, photos, browser_, formats_, {}}),
+      overrides_({globals_, application_, clock_, zones_, windows_, formats_}) {
+    search::NameSearchNeighbours neighbours;
+    neighbours.showCriteria = [this](std::int32_t locGrp, search::CalledFrom& opener) -> QWidget& {
+        return selection_.showCriteria(locGrp, opener);
+    };
+    neighbours.showBoard = [this](std::int32_t locGrp, const std::string& sql, bool showUdfs) {
+        selection_.showBoard(locGrp, sql, showUdfs);
+    };
+    nameSearch_.setNeighbours(std::move(neighbours));
+}
 
 ClassTable Composition::classes() {
     ClassTable table;
     table.add(objKintar::describe(display_));
+    table.add(nameSearch_.describe());
     table.add(overrides_.describeOverride());
     table.add(overrides_.describeOvrSchedule());
     table.add(objSysPath::describe(globals_));

@@ -3,17 +3,20 @@
 
 #include "companion/Log.h"
 #include "companion/SiteCompanion.h"
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 #include "host/composition/OperatorNotices.h"
 #include "overrides/Overrides.h"
 #include "platform/PosixFiles.h"
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
 #include "platform/SystemZones.h"
+#include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
 #include "platform/qt/PhotoLoader.h"
 #include "platform/qt/QtWindowRequests.h"
 #include "platform/qt/WindowApplication.h"
+#include "search/NameSearchWindows.h"
+#include "search/SelectionWindows.h"
 #include "server/ClassTable.h"
 #include "server/modGlobals.h"
 
@@ -35,6 +38,7 @@ public:
     companion::Log& log() { return log_; }
 
 private:
+    LocaleFormats formats_;
     companion::StandardErrorLog log_;
     OperatorNotices notices_;
     companion::SiteCompanion companion_;
@@ -45,8 +49,11 @@ private:
     platform::SystemClock clock_;
     platform::QtWindowRequests windows_;
     modGlobals globals_;
-    Display display_;
+    platform::DesktopBrowser browser_;
     platform::SystemZones zones_;
+    DisplayWindows display_;
+    search::SelectionWindows selection_;
+    search::NameSearchWindows nameSearch_;
     Overrides overrides_;
 };
 

@@ -39,13 +39,32 @@ double PagedReport::pageSectionHeight(const Section& section) const {
 }
 
 void PagedReport::run(const std::atomic<bool>& cancelled) {
-    startPage();
+    startFirstPage();
     runBody(report_.rows(), cancelled);
+}
+
+/// The report's own heading stands above the page's, where it has no rows of its own below it.
+void PagedReport::startFirstPage() {
+    startPage();
+    const Section& section = report_.definition().main.reportHeader;
+    const ReportRows& rows = report_.rows();
+    const double height = heightOf(section, rows, 0, rows.allRows(), false);
+    firstHeaderTop_ = report_.definition().margin;
+    if (section.subReport.empty() && height <= bodyHeight() * mostOfHeadings) {
+        y_ = firstHeaderTop_;
+        firstHeaderTop_ += height;
+        addBlock({&section, &rows, 0, rows.allRows(), y_, 0, height, false});
+        y_ = top_ + height;
+    }
 }
 
 void PagedReport::runBody(const ReportRows& rows, const std::atomic<bool>& cancelled) {
     const ReportBody& body = rows.body();
-    place(body.reportHeader, rows, 0, rows.allRows());
+    const bool isPlaced = &rows == &report_.rows() && !pages_.front().empty() &&
+                          pages_.front().front().section == &body.reportHeader;
+    if (!isPlaced) {
+        place(body.reportHeader, rows, 0, rows.allRows());
+    }
     if (rows.count() == 0) {
         place(body.empty, rows, 0, rows.allRows());
     }
@@ -163,8 +182,9 @@ std::vector<Item> PagedReport::pageItems(std::size_t page) const {
         blocks.empty() || blocks.front().rows != &report_.rows() ? 0 : blocks.front().row;
     const RowSpan all = report_.rows().allRows();
     std::vector<Item> items;
-    addItems({&main.pageHeader, &report_.rows(), row, all, margin, 0, top_ - margin, false}, page,
-             items);
+    const double headerTop = page == 0 ? firstHeaderTop_ : margin;
+    addItems({&main.pageHeader, &report_.rows(), row, all, headerTop, 0, top_ - margin, false},
+             page, items);
     for (const Block& block : blocks) {
         addItems(block, page, items);
     }

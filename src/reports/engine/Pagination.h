@@ -52,6 +52,7 @@ private:
     void place(const Section& section, const ReportRows& rows, std::size_t row, RowSpan span,
                double keepWith = 0);
     void placeSubReport(const Section& section, std::size_t row);
+    void startFirstPage();
     void startPage();
     void breakPage(const ReportRows& rows, std::size_t row);
     void addBlock(Block block);
@@ -65,6 +66,7 @@ private:
     PageSize size_;
     SectionLayout layout_;
     double top_ = 0;
+    double firstHeaderTop_ = 0; ///< of the page header on the first page
     double bottom_ = 0;
     double y_ = 0;
     const std::atomic<bool>* cancelled_ = nullptr;

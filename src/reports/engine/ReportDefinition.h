@@ -4,6 +4,7 @@
 #include "reports/engine/Template.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -72,7 +73,8 @@ struct Lookup {
     std::string name;
     std::string of;
     std::vector<std::pair<std::string, std::string>> values;
-    std::string otherwise;
+    /// Of all other values; they show as they are where there is none.
+    std::optional<std::string> otherwise;
 };
 
 /// How the values of a group's field fall into groups.

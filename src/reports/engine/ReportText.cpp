@@ -26,7 +26,7 @@ std::string translated(const Lookup& lookup, const std::string& value) {
             return text;
         }
     }
-    return lookup.otherwise;
+    return lookup.otherwise.value_or(value);
 }
 
 } // namespace

@@ -48,6 +48,10 @@ const std::vector<Rule>& rules() {
          "in: sql, engine (sqlite); out: text, values, or error with position (the character, "
          "1 the first)",
          applyDialect},
+        {"in-out",
+         "in: names (ID and Name), locale, tables (Cards and LocCards, each a list of rows); out: "
+         "items in the order of the names, in, out",
+         applyInOut},
         {"names", "in: locGrp, mode, lastName, firstName, companyFilter; out: sql", applyNames},
         {"number", "in: text, reading (leading, whole, numeric); out: value, or error",
          applyNumber},

@@ -73,6 +73,7 @@ void applyNumber(const Json& input, Answer& answer);
 void applyCard(const Json& input, Answer& answer);
 void applyDialect(const Json& input, Answer& answer);
 void applyNames(const Json& input, Answer& answer);
+void applyInOut(const Json& input, Answer& answer);
 void applySelection(const Json& input, Answer& answer);
 
 } // namespace kintar::explain
