@@ -393,3 +393,31 @@ def test_the_record_is_a_class_of_its_own(lisbon, site):
     assert rows(site)[1][5:8] == ("2026-04-11 09:00:00", "2026-04-11 11:30:00", "Ann's")
     assert not record.call("Delete")
     assert [row[0] for row in rows(site)] == [1, 3]
+
+
+def test_kintarctl_opens_the_editor_and_returns_when_it_has_closed(lisbon, site):
+    command = lisbon.desktop.start(
+        "kintarctl", "overrides", "--point", str(INPUT), "--type", "1", "--name", "Dock sensor",
+        "--loc", "Lisbon", "--opr", "Ann", "--oprid", "1", "--commands", "arm,bypass",
+    )  # fmt: skip
+    lisbon.window = lisbon.desktop.await_window(".*Scheduled Override.*")
+    lisbon.desktop.run("xdotool", "windowactivate", "--sync", str(lisbon.window))
+    lisbon.accessible.await_control("Lisbon:  Dock sensor")
+    assert lisbon.accessible.is_showing("opt4")
+    assert not lisbon.accessible.is_showing("opt2")
+    assert command.poll() is None
+    lisbon.set_slider("Slider2", 95)
+    lisbon.press("opt10")
+    lisbon.press("cmdOK")
+    assert command.wait(timeout=10) == 0
+    assert [row[1:5] for row in rows(site)] == [(INPUT, 1, 4, 5)]
+
+
+def test_kintarctl_says_what_is_wrong_and_ends_after_its_time(lisbon):
+    wrong = lisbon.desktop.run("kintarctl", "overrides", "--point", "1", "--commands", "explode",
+                               check=False)  # fmt: skip
+    assert wrong.returncode == 2
+    assert "explode" in wrong.stderr
+    timed = lisbon.desktop.run("kintarctl", "overrides", "--point", str(DOOR), "--for", "0.5")
+    assert timed.returncode == 0
+    lisbon.desktop.await_no_window(".*Scheduled Override.*")
