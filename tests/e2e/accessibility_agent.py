@@ -36,11 +36,16 @@ def attribute(node, name):
         return None
 
 
+def is_page_tab(node, caption):
+    """A page of a tab strip has no control name: it goes by its caption."""
+    return attribute(node, "name") == caption and node.getRole() == pyatspi.ROLE_PAGE_TAB
+
+
 def find(control, window=None, role=None):
     """A control by its name; with a role, what has that role and that accessible name."""
     for node in nodes():
         if role is None:
-            matches = attribute(node, "description") == control
+            matches = attribute(node, "description") == control or is_page_tab(node, control)
         else:
             matches = attribute(node, "name") == control and node.getRoleName() == role
         if matches and (window is None or owner(node) == window):
@@ -89,6 +94,8 @@ def answer(request):
             action.doAction(actions.index(request["action"]))
     except NotImplementedError:
         pass
+    if request.get("focus"):
+        node.queryComponent().grabFocus()
     if "value" in request:
         node.queryEditableText().setTextContents(request["value"])
     return {
