@@ -3,6 +3,8 @@
 
 #include "server/Companion.h"
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,9 @@ class DatabaseConnection : public Connection {
 public:
     /// The rows of a SELECT. Another statement is an error.
     virtual Recordset open(std::string_view sql) = 0;
+    /// The same, read aside; see TarnRec::BeginRecordset.
+    virtual std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
+                                                        std::function<void()> ended) = 0;
     /// Runs an INSERT, UPDATE or DELETE, whole or not at all. A SELECT is an error.
     virtual void execute(std::string_view sql) = 0;
     /// How the engine would go about the statement, a step a line; nothing is run.

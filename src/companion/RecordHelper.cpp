@@ -23,6 +23,12 @@ Recordset RecordHelper::OpenRecordset(std::string_view sql, Connection& connecti
     return opened(connection).open(sql);
 }
 
+std::unique_ptr<PendingRecordset> RecordHelper::BeginRecordset(std::string_view sql,
+                                                               Connection& connection,
+                                                               std::function<void()> ended) {
+    return opened(connection).openAside(sql, std::move(ended));
+}
+
 void RecordHelper::ExecuteSQL(std::string_view sql, Connection& connection) {
     try {
         opened(connection).execute(sql);

@@ -13,6 +13,8 @@ public:
     explicit RecordHelper(Notices& notices) : notices_(notices) {}
 
     Recordset OpenRecordset(std::string_view sql, Connection& connection) override;
+    std::unique_ptr<PendingRecordset> BeginRecordset(std::string_view sql, Connection& connection,
+                                                     std::function<void()> ended) override;
     void ExecuteSQL(std::string_view sql, Connection& connection) override;
     bool FindRecord(Recordset& rows, std::string_view criterion) override;
     std::string SqlText(std::string_view text) override;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <iterator>
 #include <utility>
 
 namespace kintar::companion {
@@ -31,52 +32,74 @@ ColumnDefinition dateTime(std::string name) {
 
 // Text indexes are NOCASE: a search for a prefix is a few ranges of such an index. The number a
 // card code stands for has an index of its own, since codes are searched for as numbers too.
-std::vector<TableDefinition> peopleAndCards() {
+std::vector<TableDefinition> people() {
     return {
         {"Names",
          {key("ID"), text("LName"), text("FName"), integer("LocGrp"), integer("Company"),
           yesNo("Visitor"), yesNo("Trace")},
-         {"LocGrp, LName COLLATE NOCASE, FName COLLATE NOCASE", "LocGrp, FName COLLATE NOCASE",
-          "LName COLLATE NOCASE, FName COLLATE NOCASE", "FName COLLATE NOCASE"}},
-        {"Company", {integer("LocGrp"), integer("Company"), text("Name")}, {"LocGrp, Company"}},
+         {{"LocGrp, LName COLLATE NOCASE, FName COLLATE NOCASE", "50000 5 1"},
+          {"LocGrp, FName COLLATE NOCASE", "50000 50"},
+          {"LName COLLATE NOCASE, FName COLLATE NOCASE", "10 1"},
+          {"FName COLLATE NOCASE", "100"}},
+         200000},
+        {"Company",
+         {integer("LocGrp"), integer("Company"), text("Name")},
+         {{"LocGrp, Company", "500 1"}},
+         2000},
+        {"Images",
+         {integer("NameID"), integer("ImgType"), text("FileName")},
+         {{"NameID, ImgType", "2 1"}},
+         200000},
+        {"UDF",
+         {integer("NameID"), integer("UdfNum"), text("UdfText"), integer("LocGrp")},
+         {{"NameID, UdfNum", "5 1"},
+          {"UdfNum, UdfText COLLATE NOCASE, NameID", "50000 20 1"},
+          {"LocGrp, NameID", "250000 5"}},
+         1000000},
+        {"Skills",
+         {integer("NameID"), integer("SkillID")},
+         {{"SkillID, NameID", "2000 1"}, {"NameID", "2"}},
+         100000},
+    };
+}
+
+std::vector<TableDefinition> cards() {
+    return {
         {"Cards",
          {key("ID"), integer("NameID"), integer("LocGrp"), text("Code"), text("CardNum"),
           integer("Status"), dateTime("StartDate"), dateTime("StopDate"), yesNo("GTour"),
           integer("DlFlag")},
-         {"NameID", "LocGrp, CAST(Code AS REAL)", "CAST(Code AS REAL)",
-          "LocGrp, Code COLLATE NOCASE", "LocGrp, CardNum COLLATE NOCASE"}},
+         {{"NameID", "2"},
+          {"LocGrp, CAST(Code AS REAL)", "60000 1"},
+          {"CAST(Code AS REAL)", "1"},
+          {"LocGrp, Code COLLATE NOCASE", "60000 1"},
+          {"LocGrp, CardNum COLLATE NOCASE", "60000 1"}},
+         250000},
         {"LocCards",
          {key("ID"), integer("CardID"), integer("Loc"), dateTime("LastDate"), integer("LastDev"),
           text("Inout1"), text("Inout2"), text("Inout3"), text("Inout4")},
-         {"CardID, LastDate", "Loc, LastDate"}},
-        {"Images", {integer("NameID"), integer("ImgType"), text("FileName")}, {"NameID, ImgType"}},
-        {"UDF",
-         {integer("NameID"), integer("UdfNum"), text("UdfText"), integer("LocGrp")},
-         {"NameID, UdfNum", "UdfNum, UdfText COLLATE NOCASE, NameID", "LocGrp, NameID"}},
-        {"Skills", {integer("NameID"), integer("SkillID")}, {"SkillID, NameID", "NameID"}},
+         {{"CardID, LastDate", "2 1"}, {"Loc, LastDate", "10000 2"}},
+         500000},
     };
 }
 
-std::vector<TableDefinition> placesAndSettings() {
+std::vector<TableDefinition> places() {
     return {
         {"Loc",
          {key("Loc"), integer("LocGrp"), text("Name"), text("TimeZone"), yesNo("DST")},
-         {"LocGrp"}},
-        {"Dev", {integer("Loc"), integer("Device"), text("Name")}, {"Loc, Device"}},
-        {"LocGrp", {key("LocGrp")}, {}},
-        {"ImageType", {integer("LocGrp"), integer("Num"), yesNo("DefaultImage")}, {"LocGrp, Num"}},
+         {{"LocGrp", "10"}},
+         50},
+        {"Dev", {integer("Loc"), integer("Device"), text("Name")}, {{"Loc, Device", "20 1"}}, 1000},
+        {"LocGrp", {key("LocGrp")}, {}, 5},
+        {"ImageType",
+         {integer("LocGrp"), integer("Num"), yesNo("DefaultImage")},
+         {{"LocGrp, Num", "3 1"}},
+         15},
         {"UdfName",
          {integer("LocGrp"), integer("UdfNum"), text("Name"), yesNo("Hidden")},
-         {"LocGrp, UdfNum"}},
-        {"SKillName", {key("ID"), text("Name"), integer("LocGrp")}, {"LocGrp"}},
-        {"OPR", {key("ID"), integer("PwProfile")}, {}},
-        {"PwProfile", {key("ID"), yesNo("AllMenus")}, {}},
-        {"MenuProfile",
-         {integer("PwProfileID"), integer("MenuID"), integer("Loc"), yesNo("View")},
-         {"PwProfileID, MenuID"}},
-        {"FormData",
-         {text("FORM"), integer("INDEX"), text("Caption"), integer("Width")},
-         {"FORM COLLATE NOCASE, \"INDEX\""}},
+         {{"LocGrp, UdfNum", "20 1"}},
+         100},
+        {"SKillName", {key("ID"), text("Name"), integer("LocGrp")}, {{"LocGrp", "10"}}, 50},
         {"OvrSchedule",
          {{"ID", ColumnType::Integer, KeyKind::Assigned},
           integer("PointID"),
@@ -88,13 +111,30 @@ std::vector<TableDefinition> placesAndSettings() {
           text("Opr"),
           integer("OprID"),
           integer("Status")},
-         {"PointID"}},
-        {"IO", {key("ID"), integer("Loc")}, {}},
-        {"OvrGrpName", {key("ID"), integer("LocGrp")}, {}},
+         {{"PointID", "5"}},
+         1000},
+        {"IO", {key("ID"), integer("Loc")}, {}, 2000},
+        {"OvrGrpName", {key("ID"), integer("LocGrp")}, {}, 50},
+    };
+}
+
+std::vector<TableDefinition> operatorsAndTexts() {
+    return {
+        {"OPR", {key("ID"), integer("PwProfile")}, {}, 50},
+        {"PwProfile", {key("ID"), yesNo("AllMenus")}, {}, 10},
+        {"MenuProfile",
+         {integer("PwProfileID"), integer("MenuID"), integer("Loc"), yesNo("View")},
+         {{"PwProfileID, MenuID", "1000 10"}},
+         10000},
+        {"FormData",
+         {text("FORM"), integer("INDEX"), text("Caption"), integer("Width")},
+         {{"FORM COLLATE NOCASE, \"INDEX\"", "10 1"}},
+         100},
         {"OprCompany",
          {integer("OprID"), integer("LocGrp"), integer("Company")},
-         {"OprID, LocGrp, Company"}},
-        {"Texts", {key("Num"), text("Text")}, {}},
+         {{"OprID, LocGrp, Company", "20 5 1"}},
+         500},
+        {"Texts", {key("Num"), text("Text")}, {}, 500},
     };
 }
 
@@ -108,6 +148,30 @@ constexpr std::array<std::pair<ColumnType, std::string_view>, 5> declarations{{
 
 std::string quoted(const std::string& name) {
     return '"' + name + '"';
+}
+
+std::string indexName(const TableDefinition& table, int number) {
+    return table.name + "Index" + std::to_string(number);
+}
+
+std::string statistic(const TableDefinition& table, const std::string& index,
+                      const std::string& figures) {
+    return "INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES ('" + table.name + "', " + index +
+           ", '" + figures + "')";
+}
+
+std::vector<std::string> statisticsOf(const TableDefinition& table) {
+    const std::string rows = std::to_string(table.largeSiteRows);
+    std::vector<std::string> statements;
+    int number = 0;
+    for (const IndexDefinition& index : table.indexes) {
+        statements.push_back(
+            statistic(table, "'" + indexName(table, ++number) + "'", rows + " " + index.sharing));
+    }
+    if (table.indexes.empty()) {
+        statements.push_back(statistic(table, "NULL", rows));
+    }
+    return statements;
 }
 
 std::string columnClause(const ColumnDefinition& column) {
@@ -125,9 +189,10 @@ std::string columnClause(const ColumnDefinition& column) {
 
 const std::vector<TableDefinition>& siteTables() {
     static const std::vector<TableDefinition> tables = [] {
-        std::vector<TableDefinition> all = peopleAndCards();
-        std::vector<TableDefinition> rest = placesAndSettings();
-        std::move(rest.begin(), rest.end(), std::back_inserter(all));
+        std::vector<TableDefinition> all;
+        for (auto part : {people(), cards(), places(), operatorsAndTexts()}) {
+            std::ranges::move(part, std::back_inserter(all));
+        }
         return all;
     }();
     return tables;
@@ -162,10 +227,9 @@ std::vector<std::string> createStatements(const TableDefinition& table) {
     std::vector<std::string> statements{"CREATE TABLE " + quoted(table.name) + " (" + columns +
                                         ")"};
     int number = 0;
-    for (const std::string& index : table.indexes) {
-        const std::string name = table.name + "Index" + std::to_string(++number);
-        statements.push_back("CREATE INDEX " + quoted(name) + " ON " + quoted(table.name) + " (" +
-                             index + ")");
+    for (const IndexDefinition& index : table.indexes) {
+        statements.push_back("CREATE INDEX " + quoted(indexName(table, ++number)) + " ON " +
+                             quoted(table.name) + " (" + index.columns + ")");
     }
     return statements;
 }
@@ -173,8 +237,17 @@ std::vector<std::string> createStatements(const TableDefinition& table) {
 std::vector<std::string> siteSchemaStatements() {
     std::vector<std::string> statements;
     for (const TableDefinition& table : siteTables()) {
-        std::vector<std::string> made = createStatements(table);
-        std::move(made.begin(), made.end(), std::back_inserter(statements));
+        std::ranges::move(createStatements(table), std::back_inserter(statements));
+    }
+    std::ranges::move(siteStatisticsStatements(), std::back_inserter(statements));
+    return statements;
+}
+
+std::vector<std::string> siteStatisticsStatements() {
+    // The engine keeps such figures in a table that analysing nothing makes.
+    std::vector<std::string> statements{"ANALYZE sqlite_schema"};
+    for (const TableDefinition& table : siteTables()) {
+        std::ranges::move(statisticsOf(table), std::back_inserter(statements));
     }
     return statements;
 }

@@ -23,11 +23,18 @@ struct ColumnDefinition {
     KeyKind key = KeyKind::None;
 };
 
-/// A table, with the column lists of its indexes as the embedded engine takes them.
+struct IndexDefinition {
+    std::string columns; ///< as the embedded engine takes them
+    /// Rows of a large site that share the first column's value, the first two columns' values and
+    /// so on, blanks between: what tells the engine which index leaves fewest rows.
+    std::string sharing;
+};
+
 struct TableDefinition {
     std::string name;
     std::vector<ColumnDefinition> columns;
-    std::vector<std::string> indexes;
+    std::vector<IndexDefinition> indexes;
+    int largeSiteRows = 0; ///< rows at a large site; 0 where that is not known
 };
 
 /// Every table of a site. Built-in collations and functions only, so that any program can write.
@@ -43,7 +50,12 @@ ColumnType columnTypeOf(std::string_view declaration);
 /// the engine's own language, not the dialect.
 std::vector<std::string> createStatements(const TableDefinition& table);
 
-/// The statements that make an empty site database, in order.
+/// The statements that tell the embedded engine how a large site's rows are spread, so that its
+/// plans do not depend on somebody's having analysed the database. Tables and indexes must be
+/// there.
+std::vector<std::string> siteStatisticsStatements();
+
+/// The statements that make an empty site database, these last ones included, in order.
 std::vector<std::string> siteSchemaStatements();
 
 } // namespace kintar::companion

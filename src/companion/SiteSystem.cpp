@@ -1,6 +1,7 @@
 #include "companion/SiteSystem.h"
 
 #include "companion/DatabaseError.h"
+#include "companion/SiteReadSession.h"
 #include "companion/sqlite/SqliteConnection.h"
 
 #include <charconv>
@@ -51,6 +52,13 @@ std::shared_ptr<Connection> SiteSystem::SetupConnection() {
     return setup_ ? setup_ : throw DatabaseError::closed();
 }
 
+std::unique_ptr<ReadSession> SiteSystem::newReadSession() {
+    if (!data_) {
+        throw DatabaseError::closed();
+    }
+    return std::make_unique<SiteReadSession>(database_);
+}
+
 bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
     const SiteSettings settings = SiteSettings::read(sysPath);
     std::error_code error;
@@ -63,6 +71,7 @@ bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
     auto setup =
         std::make_shared<sqlite::SqliteConnection>(settings.database, sqlite::Access::ReadOnly);
     dataPath_ = settings.data;
+    database_ = settings.database;
     data_ = std::move(data);
     setup_ = std::move(setup);
     records_.setTextsTable(settings.textsTable);

@@ -24,6 +24,7 @@ public:
     std::shared_ptr<Connection> DataConnection() override;
     /// A second connection to the same database, for reading only.
     std::shared_ptr<Connection> SetupConnection() override;
+    std::unique_ptr<ReadSession> newReadSession() override;
     void SetOperator(std::int32_t oprId) override { operator_ = oprId; }
     bool Create(std::string& sysPath, bool& flag) override;
     /// Also empty, with a report, where the database cannot be read.
@@ -45,6 +46,7 @@ private:
     Log& log_;
     std::string version_;
     std::string dataPath_;
+    std::string database_;
     std::shared_ptr<Connection> data_;
     std::shared_ptr<Connection> setup_;
     std::int32_t operator_ = 0;

@@ -28,7 +28,7 @@ QFont scaled(QFont font, double scale) {
 } // namespace
 
 CommandLabel::CommandLabel(Sign sign, const QColor& colour, QWidget* parent)
-    : QAbstractButton(parent), sign_(sign), colour_(colour) {
+    : QPushButton(parent), sign_(sign), colour_(colour) {
     setFocusPolicy(Qt::NoFocus);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);

@@ -1,15 +1,15 @@
 // A label that does something when it is clicked.
 #pragma once
 
-#include <QAbstractButton>
 #include <QColor>
+#include <QPushButton>
 
 namespace kintar {
 
 /// "Enable Card" and "Disable Card": filled in a colour of their own, with a sign beside the words
 /// where there is room, so that neither colour nor words alone tell them apart. Never takes the
 /// keyboard focus.
-class CommandLabel final : public QAbstractButton {
+class CommandLabel final : public QPushButton {
 public:
     enum class Sign { Tick, Cross };
 

@@ -25,6 +25,8 @@ constexpr const char* settingsSection = R"(Orvane\Kintar)";
 constexpr platform::Placement usualPlacement{0, 0, 3000, 3765};
 constexpr int usualImageHeight = 2655;
 constexpr int leastWidth = 2400;
+/// Up to this window width, in pixels, the name is written in letters of the usual size.
+constexpr double usualNameWidth = 240;
 constexpr std::chrono::milliseconds displayDelay{1};
 constexpr std::chrono::milliseconds topmostTime{100};
 
@@ -62,6 +64,8 @@ frmKintar::frmKintar(const DisplayServices& services)
 void frmKintar::makeControls() {
     Lead1 = new platform::PhotoBox(services_.photos, this);
     platform::nameControl(*Lead1, "Lead1", "image", {});
+    lblName = new platform::ElidedLabel(this);
+    platform::nameControl(*lblName, "lblName", "label", {});
     Label1 = new platform::ElidedLabel(this);
     platform::nameControl(*Label1, "Label_1", "label", {});
     Label2 = new platform::ElidedLabel(this);
@@ -216,7 +220,7 @@ void frmKintar::LoadImage(std::int32_t id, std::int16_t imgType) {
 void frmKintar::showTexts() {
     const std::string caption = eventCaption(LName, FName);
     setWindowTitle(platform::titleText(caption));
-    Lead1->setLine(caption);
+    lblName->setLine(caption);
     Label1->setLine(eventLine(DateTime, EventDesc));
     Label2->setLine(placeLine(Device, LocName));
     setStatus("", false);
@@ -299,11 +303,23 @@ TarnSys& frmKintar::sys() {
     return *services_.globals.gSys;
 }
 
+/// Bold, and larger in a wide window: it is read from further away.
+QFont frmKintar::nameFont() const {
+    QFont large = font();
+    large.setBold(true);
+    const double scale = std::clamp(width() / usualNameWidth, 1.0, 1.6);
+    if (large.pointSizeF() > 0) {
+        large.setPointSizeF(large.pointSizeF() * scale);
+    }
+    return large;
+}
+
 PhotoLayoutInput frmKintar::layoutInput() const {
     return {width(),
             height(),
             pixelsFromTwips(mLHeight),
-            fontMetrics().height() + 1,
+            QFontMetrics(nameFont()).height(),
+            fontMetrics().height(),
             std::max(lblEnable->leastWidth(), lblDisAble->leastWidth()),
             lblEnable->sizeHint().height()};
 }
@@ -311,6 +327,8 @@ PhotoLayoutInput frmKintar::layoutInput() const {
 void frmKintar::layOut() {
     const PhotoLayout layout = photoLayout(layoutInput());
     setArea(*Lead1, layout.lead1);
+    lblName->setFont(nameFont());
+    setArea(*lblName, layout.lblName);
     setArea(*Label1, layout.label1);
     setArea(*Label2, layout.label2);
     setArea(*lblEnable, layout.lblEnable);

@@ -64,6 +64,7 @@ private:
     void hideCommands();
     void setStatus(const char* text, bool bad);
     void requestOrder(platform::InsertAfter insertAfter);
+    [[nodiscard]] QFont nameFont() const;
     [[nodiscard]] PhotoLayoutInput layoutInput() const;
     void layOut();
     TarnSys& sys();
@@ -92,6 +93,7 @@ private:
     bool mNewerWait = false; ///< whether values wait that the window does not show yet
 
     platform::PhotoBox* Lead1 = nullptr;
+    platform::ElidedLabel* lblName = nullptr;
     platform::ElidedLabel* Label1 = nullptr;
     platform::ElidedLabel* Label2 = nullptr;
     platform::ElidedLabel* lblStatus = nullptr;

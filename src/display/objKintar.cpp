@@ -1,11 +1,11 @@
 #include "display/objKintar.h"
 
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 #include "server/IgnoringErrors.h"
 
 namespace kintar {
 
-objKintar::objKintar(Display& display) : display_(display) {
+objKintar::objKintar(DisplayWindows& display) : display_(display) {
     modGlobals& globals = display_.services().globals;
     globals.addInstance();
     globals.gPhotoReady = true;
@@ -30,7 +30,7 @@ void objKintar::DateTime(const std::string& value) {
     dateTime_ = formats.formatLongTime(formats.parse(value));
 }
 
-PublicClass objKintar::describe(Display& display) {
+PublicClass objKintar::describe(DisplayWindows& display) {
     return ClassBuilder<objKintar>(
                "objKintar", "Shows the photo, the name and the event of a card that was used.")
         .let("ID", &objKintar::ID, "The person's number; setting it shows all values.")
@@ -41,7 +41,9 @@ PublicClass objKintar::describe(Display& display) {
         .let("Device", &objKintar::Device, "The name of the device (reader).")
         .let("EventDesc", &objKintar::EventDesc, "What happened.")
         .let("DateTime", &objKintar::DateTime,
-             "When it happened; the time of day is kept and shown.")
+             "When it happened, as `2012-03-14T17:05:00` or as the server's locale writes dates "
+             "and times; "
+             "its time of day is kept and shown. Any other text raises error 13.")
         .let("Code", &objKintar::Code, "The card code.")
         .let("OprID", &objKintar::OprID, "The operator who may enable and disable the card.")
         .creates([&display](ObjectSignals&) { return std::make_unique<objKintar>(display); })

@@ -8,17 +8,17 @@
 
 namespace kintar {
 
-class Display;
+class DisplayWindows;
 
 /// Every member is a value to be shown; setting `ID` shows them all.
 class objKintar final : public PublicObject {
 public:
     /// The class, its objects served by `display`, which must outlive them.
-    static PublicClass describe(Display& display);
+    static PublicClass describe(DisplayWindows& display);
 
     /// Joins the shared lifetime and shows the photo window. Raises run-time error 6 where the
     /// count of instances overflows.
-    explicit objKintar(Display& display);
+    explicit objKintar(DisplayWindows& display);
     objKintar(const objKintar&) = delete;
     objKintar& operator=(const objKintar&) = delete;
     ~objKintar() override;
@@ -38,7 +38,7 @@ public:
     void OprID(std::int32_t value) { oprId_ = value; }
 
 private:
-    Display& display_;
+    DisplayWindows& display_;
     std::int32_t locGrp_ = 0;
     std::string locName_;
     std::string fName_;

@@ -111,13 +111,15 @@ void BusConnection::pump(int messages) {
             lose();
             return;
         }
-        // A handler may run an event loop, and with it this very function.
+        // What follows may run an event loop, and with it this very function: the notifiers must be
+        // right before.
+        arm();
         runPosted();
         if (message) {
             handler_(std::move(message));
         }
         if (result == 0) {
-            break;
+            return;
         }
     }
     arm();

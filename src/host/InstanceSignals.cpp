@@ -3,6 +3,7 @@
 #include "host/BusNames.h"
 #include "host/MessageValues.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace kintar::host {
@@ -23,6 +24,38 @@ void InstanceSignals::changed(std::string_view name) {
     } catch (const std::exception& error) {
         log_("change of " + full + " not sent: " + error.what());
     }
+}
+
+void InstanceSignals::signal(std::string_view name, const std::vector<Value>& arguments) {
+    if (!instance_.object) {
+        return;
+    }
+    const std::string full = instance_.publicClass->name + "." + std::string(name);
+    const auto& declared = instance_.publicClass->signals;
+    const auto found = std::find_if(declared.begin(), declared.end(),
+                                    [&](const Signal& known) { return known.name == name; });
+    if (found == declared.end() || found->parameters.size() != arguments.size()) {
+        log_(full + " is not declared as it is sent");
+        return;
+    }
+    try {
+        send(*found, arguments);
+    } catch (const std::exception& error) {
+        log_("signal " + full + " not sent: " + error.what());
+    }
+}
+
+void InstanceSignals::send(const Signal& declared, const std::vector<Value>& arguments) {
+    sd_bus_message* raw = nullptr;
+    check(sd_bus_message_new_signal(connection_.bus(), &raw, instance_.path.c_str(),
+                                    instance_.interface.c_str(), declared.name.c_str()),
+          "new signal");
+    const BusMessage message = BusMessage::adopt(raw);
+    check(sd_bus_message_set_destination(raw, instance_.owner.c_str()), "signal destination");
+    for (const Value& argument : arguments) {
+        appendValue(message, argument);
+    }
+    connection_.send(message);
 }
 
 void InstanceSignals::send(const Member& member) {

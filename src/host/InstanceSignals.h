@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kintar::host {
 
@@ -20,9 +21,11 @@ public:
 
     /// Nothing while the instance is being created: its creator does not know it yet.
     void changed(std::string_view member) override;
+    void signal(std::string_view name, const std::vector<Value>& arguments) override;
 
 private:
     void send(const Member& member);
+    void send(const Signal& declared, const std::vector<Value>& arguments);
 
     BusConnection& connection_;
     const Instance& instance_;

@@ -56,10 +56,10 @@ constexpr const char* server =
     "   <arg type=\"o\" name=\"object\" direction=\"in\"/>\n"
     "  </method>\n"
     "  <property name=\"Version\" type=\"s\" access=\"read\">\n"
-    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"const\"/>\n"
+    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"false\"/>\n"
     "  </property>\n"
     "  <property name=\"Classes\" type=\"as\" access=\"read\">\n"
-    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"const\"/>\n"
+    "   <annotation name=\"org.freedesktop.DBus.Property.EmitsChangedSignal\" value=\"false\"/>\n"
     "  </property>\n";
 
 const char* accessOf(MemberKind kind) {
@@ -97,6 +97,15 @@ void writeMethod(std::string& xml, const Member& member) {
     xml += "  </method>\n";
 }
 
+void writeSignal(std::string& xml, const Signal& declared) {
+    xml += "  <signal name=\"" + xmlEscaped(declared.name) + "\">\n";
+    for (const Parameter& parameter : declared.parameters) {
+        xml += std::string("   <arg type=\"") + signatureOf(parameter.type) + "\" name=\"" +
+               xmlEscaped(parameter.name) + "\"/>\n";
+    }
+    xml += "  </signal>\n";
+}
+
 void writeChildren(std::string& xml, const std::vector<std::string>& children) {
     for (const std::string& child : children) {
         xml += " <node name=\"" + xmlEscaped(child) + "\"/>\n";
@@ -114,6 +123,9 @@ std::string introspectInstance(const PublicClass& publicClass) {
         } else {
             writeProperty(xml, member);
         }
+    }
+    for (const Signal& declared : publicClass.signals) {
+        writeSignal(xml, declared);
     }
     xml += std::string(" </interface>\n") + properties + introspectable + peer;
     return xml + "</node>\n";

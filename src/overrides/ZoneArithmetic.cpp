@@ -2,6 +2,7 @@
 
 #include "base/Number.h"
 #include "base/RunTimeError.h"
+#include "overrides/OverrideTime.h"
 
 #include <algorithm>
 #include <array>
@@ -154,10 +155,7 @@ DateTime momentFromText(std::string_view text) {
 }
 
 std::int16_t wholeMinutes(DateTime from, DateTime to) {
-    using std::chrono::floor;
-    using std::chrono::minutes;
-    const minutes difference = floor<minutes>(to.moment()) - floor<minutes>(from.moment());
-    return toInt16(difference.count());
+    return toInt16(minutesBetween(from, to));
 }
 
 } // namespace kintar

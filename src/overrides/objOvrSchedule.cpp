@@ -103,14 +103,14 @@ void objOvrSchedule::AdjustTimes(bool toUTC) {
         return;
     }
     TimeZoneInformation information;
-    zone_ = {OverrideZone::Kind::Utc, notNull(location, "TimeZone").text()};
+    zone_ = {OverrideZone::Kind::Utc, notNull(location, "TimeZone").text(), false};
     if (!zone_.name.empty()) {
         // The workstation's now stands in for UTC: near a change the offset may be the other one.
         const DateTime kept = services_.clock.now();
         DateTime probe = kept;
         platform::ZoneRecord record;
-        LoadZoneInfo(information, record, zone_.name, notNull(location, "DST").asBoolean(),
-                     services_.zones);
+        zone_.observesDaylightTime = notNull(location, "DST").asBoolean();
+        LoadZoneInfo(information, record, zone_.name, zone_.observesDaylightTime, services_.zones);
         if (information.StandardName.front() != 0) {
             zone_.kind = OverrideZone::Kind::Zone;
         }

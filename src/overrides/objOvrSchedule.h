@@ -19,6 +19,7 @@ struct OverrideZone {
     };
     Kind kind = Kind::NoLocation;
     std::string name; ///< as the location names it
+    bool observesDaylightTime = false;
 };
 
 /// Dates are local time of the point's location after `Create`, and UTC after `Save`, whether or

@@ -1,41 +1,81 @@
 #include "search/BoardRefresh.h"
 
+#include <utility>
+
 namespace kintar::board {
 
-void BoardRefresh::begin() {
-    if (!begun_) {
-        begun_ = true;
-        read_.reserve(board_.size());
-        source_.begin();
+BoardRefresh::BoardRefresh(const Board& board, StateSource& source, std::function<void()> ended)
+    : source_(source), ended_(std::move(ended)) {
+    ids_.reserve(board.size());
+    for (std::size_t number = 0; number < board.size(); ++number) {
+        ids_.push_back(board.item(number).id);
+    }
+    read_.reserve(ids_.size());
+    bool aside = false;
+    try {
+        aside = source_.prepare();
+    } catch (...) {
+        error_ = std::current_exception();
+        ids_.clear();
+    }
+    if (aside) {
+        aside_ = std::thread([this] { readAll(); });
+    } else {
+        readAll();
     }
 }
 
-BoardRefresh::Progress BoardRefresh::readSlice(const std::function<bool()>& sliceOver) {
+BoardRefresh::~BoardRefresh() {
+    stop_ = true;
+    if (aside_.joinable()) {
+        aside_.join();
+    }
+}
+
+void BoardRefresh::readAll() {
+    if (!error_) {
+        readStates();
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        hasEnded_ = true;
+    }
+    changed_.notify_all();
+    ended_();
+}
+
+void BoardRefresh::readStates() {
     try {
-        begin();
-        while (read_.size() < board_.size()) {
-            read_.push_back(source_.read(board_.item(read_.size()).id));
-            if (sliceOver() && read_.size() < board_.size()) {
-                return Progress::Reading;
+        source_.begin();
+        for (const std::int32_t id : ids_) {
+            if (stop_) {
+                break;
             }
+            read_.push_back(source_.read(id));
         }
     } catch (...) {
-        source_.end();
-        throw;
+        error_ = std::current_exception();
     }
     source_.end();
-    return Progress::Read;
 }
 
-bool BoardRefresh::show() {
+bool BoardRefresh::waitFor(std::chrono::milliseconds limit) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, limit, [this] { return hasEnded_; });
+}
+
+bool BoardRefresh::show(Board& board) {
+    if (error_) {
+        std::rethrow_exception(error_);
+    }
     for (const std::size_t number : kept_) {
-        read_.at(number) = board_.item(number).icon;
+        read_.at(number) = board.item(number).icon;
     }
     bool changed = false;
     for (std::size_t number = 0; number < read_.size(); ++number) {
-        changed = board_.setIcon(number, read_[number]) || changed;
+        changed = board.setIcon(number, read_[number]) || changed;
     }
-    return board_.sort() || changed;
+    return board.sort() || changed;
 }
 
 } // namespace kintar::board

@@ -28,7 +28,7 @@ CardStatus readCardStatus(const Database& database, std::string_view tag, std::i
     CardStatus shown;
     shown.visitor = tag == "True";
     if (shown.visitor) {
-        shown.status = "   Visitor";
+        shown.status = visitorStatus;
     }
     ignoringErrors([&] {
         const Recordset use = database.open(

@@ -10,6 +10,9 @@
 
 namespace kintar::search {
 
+/// The visitor form of the status label.
+inline constexpr std::string_view visitorStatus = "   Visitor";
+
 struct CardStatus {
     std::string status;  ///< of the status label
     std::string lastUse; ///< of the last-use label

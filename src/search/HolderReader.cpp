@@ -48,25 +48,23 @@ std::optional<LastUse> readLastUse(TarnRec& record, Connection& connection, std:
     return use;
 }
 
-CompanionStates::~CompanionStates() {
-    end();
-    if (own_) {
-        ignoringErrors([this] { own_->Close(); });
+bool CompanionStates::prepare() {
+    record_ = &globals_.tarnRec();
+    if (!own_ && globals_.gSys) {
+        own_ = globals_.gSys->newReadSession();
     }
+    connection_ = own_ ? &own_->connection() : &globals_.gCnn();
+    return own_ != nullptr;
 }
 
 void CompanionStates::begin() {
-    if ((!own_ || !own_->isOpen()) && globals_.gSys) {
-        own_ = globals_.gSys->newReadConnection();
-    }
     if (own_) {
         own_->beginRead();
     }
 }
 
 Icon CompanionStates::read(std::int32_t nameId) {
-    Connection& connection = own_ ? static_cast<Connection&>(*own_) : globals_.gCnn();
-    const Recordset rows = globals_.tarnRec().OpenRecordset(stateQuery(nameId), connection);
+    const Recordset rows = record_->OpenRecordset(stateQuery(nameId), *connection_);
     return !rows.atEnd() && isIn(rows.field("InOut").view()) ? Icon::In : Icon::Out;
 }
 

@@ -25,21 +25,24 @@ std::optional<LastUse> readLastUse(TarnRec& record, Connection& connection, std:
 
 /// States for a refresh, on a connection of its own, which it opens at the first refresh: what a
 /// click reads, and what other windows read and write, is kept apart from a long read. Where the
-/// companion has no such connections it reads on the shared one.
+/// companion has no such connections it reads on the shared one, and not aside.
 class CompanionStates final : public StateSource {
 public:
     explicit CompanionStates(modGlobals& globals) : globals_(globals) {}
     CompanionStates(const CompanionStates&) = delete;
     CompanionStates& operator=(const CompanionStates&) = delete;
-    ~CompanionStates() override;
+    ~CompanionStates() override = default;
 
+    bool prepare() override;
     void begin() override;
     Icon read(std::int32_t nameId) override;
     void end() noexcept override;
 
 private:
-    modGlobals& globals_;
-    std::shared_ptr<ReadConnection> own_;
+    modGlobals& globals_; ///< touched in `prepare` only: that is on the windows' thread
+    TarnRec* record_ = nullptr;
+    Connection* connection_ = nullptr;
+    std::unique_ptr<ReadSession> own_;
 };
 
 } // namespace kintar::board

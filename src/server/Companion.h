@@ -24,10 +24,16 @@ public:
     virtual void Close() = 0;
 };
 
-/// A connection of its own for reading. Between `beginRead` and `endRead` every statement on it sees
-/// one state of the data; otherwise each sees the state of its own moment. No writer waits for it.
-class ReadConnection : public Connection {
+/// A connection of its own for long reads. Between `beginRead` and `endRead` every statement on it
+/// sees one state of the data; otherwise each sees that of its own moment. It may be used on any
+/// thread, by one at a time, also while other connections are in use.
+class ReadSession {
 public:
+    ReadSession() = default;
+    ReadSession(const ReadSession&) = delete;
+    ReadSession& operator=(const ReadSession&) = delete;
+    virtual ~ReadSession() = default;
+    virtual Connection& connection() = 0;
     /// Throws RunTimeError where the database cannot be read; nothing is begun then.
     virtual void beginRead() = 0;
     /// No error, also where nothing was begun.
@@ -129,7 +135,7 @@ public:
     virtual std::shared_ptr<Connection> SetupConnection() = 0;
     /// A new connection for reading beside the two above. Throws RunTimeError where none can be
     /// opened; null where the companion has no such connections.
-    virtual std::shared_ptr<ReadConnection> newReadConnection() { return nullptr; }
+    virtual std::unique_ptr<ReadSession> newReadSession() { return nullptr; }
     virtual void SetOperator(std::int32_t oprId) = 0;
     /// Opens the site in `sysPath`. Throws RunTimeError where that is none.
     virtual bool Create(std::string& sysPath, bool& flag) = 0;

@@ -1,12 +1,11 @@
 // What the name search has found: one result, shared by all clients.
 #pragma once
 
+#include "server/Observers.h"
+
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kintar {
 
@@ -14,10 +13,10 @@ namespace kintar {
 /// result; that is accepted. `SelNameReady` is made False only when the window loads.
 class NameSearchResult {
 public:
-    /// Told the name of a member whose value is (again) what it is now.
-    using Observer = std::function<void(std::string_view member)>;
-    /// Observes until it is destroyed; must not outlive the result.
-    using Observation = std::shared_ptr<void>;
+    /// Told the name of each member whose value is (again) what it is now.
+    Observers<std::string_view> changed;
+    /// Told that a print request has ended: which, and why nothing was printed (empty: it was).
+    Observers<std::int16_t, const std::string&> printEnded;
 
     [[nodiscard]] std::int32_t SelNameID() const { return selNameId_; }
     [[nodiscard]] const std::string& SelName() const { return selName_; }
@@ -32,15 +31,10 @@ public:
     /// also where no value has changed: an observer cannot tell this choice from the one before.
     void dialogClosed();
 
-    [[nodiscard]] Observation observe(Observer observer);
-
 private:
-    void tell(std::string_view member);
-
     std::int32_t selNameId_ = 0;
     std::string selName_;
     bool selNameReady_ = false;
-    std::vector<std::weak_ptr<Observer>> observers_;
 };
 
 } // namespace kintar

@@ -120,6 +120,9 @@ public:
     /// Stands on row `row`, 0 the first.
     void MoveTo(std::size_t row) { position_ = static_cast<std::ptrdiff_t>(row); }
 
+    /// The row it stands on, 0 the first; means nothing at the end and before the start.
+    [[nodiscard]] std::size_t position() const { return static_cast<std::size_t>(position_); }
+
     /// The position of a column; throws RunTimeError 3265 ("Item cannot be found in the collection
     /// corresponding to the requested name or ordinal.") where there is none.
     [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;

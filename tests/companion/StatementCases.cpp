@@ -18,6 +18,7 @@
 #include "companion/sqlite/SqliteConnection.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
@@ -171,7 +172,7 @@ TEST_P(StatementCase, PrintedAndParsedAgainGivesTheSameTree) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Dialect, StatementCase, testing::ValuesIn(allCases()),
-                         [](const testing::TestParamInfo<Case>& info) { return info.param.name; });
+                         [](const auto& instance) { return instance.param.name; });
 
 TEST(StatementCases, AreBrokenStatementsByHalf) {
     const std::vector<Case> cases = allCases();

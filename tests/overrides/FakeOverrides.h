@@ -1,6 +1,7 @@
 // Twins of what the override record stands on, with one record of what was asked of them.
 #pragma once
 
+#include "base/RunTimeError.h"
 #include "overrides/FakeZones.h"
 #include "overrides/OverrideServices.h"
 #include "server/Companion.h"

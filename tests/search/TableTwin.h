@@ -4,8 +4,9 @@
 #include "base/RunTimeError.h"
 #include "search/Database.h"
 
-#include <initializer_list>
+#include <functional>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -68,6 +69,19 @@ public:
         }
         return recordset(found->second.columns, found->second.rows);
     }
+    /// Reads at once, unless the test puts its own way of reading in `begin`.
+    std::unique_ptr<PendingRecordset> BeginRecordset(std::string_view sql, Connection& connection,
+                                                     std::function<void()> ended) override {
+        if (begin) {
+            statements_.emplace_back(sql);
+            return begin(sql, std::move(ended));
+        }
+        return TarnRec::BeginRecordset(sql, connection, std::move(ended));
+    }
+    std::function<std::unique_ptr<PendingRecordset>(std::string_view sql,
+                                                    std::function<void()> ended)>
+        begin;
+
     void ExecuteSQL(std::string_view /*sql*/, Connection& /*connection*/) override {
         throw std::logic_error("the name search writes nothing");
     }

@@ -3,3 +3,14 @@ kintar_test(search_test
             ModeLayoutTest.cpp NameListTest.cpp NameQueryTest.cpp PhotoChoiceTest.cpp
             SortedOrderTest.cpp UdfListTest.cpp UdfPermissionTest.cpp WebAddressTest.cpp
     LINK kintar_search)
+
+kintar_test(search_windows_test
+    SOURCES frmNameSearchDetailTest.cpp frmNameSearchFillTest.cpp frmNameSearchTest.cpp
+            objNameSearchTest.cpp ../support/WindowMain.cpp
+    LINK kintar_search_windows Qt6::Test WINDOW)
+
+kintar_test(search_rows_test
+    SOURCES NameQueryRowsTest.cpp ../companion/SiteFolder.cpp
+    LINK kintar_search kintar_companion)
+target_compile_definitions(search_rows_test PRIVATE
+    KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")

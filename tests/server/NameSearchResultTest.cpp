@@ -10,7 +10,7 @@ using Told = std::vector<std::string>;
 TEST(NameSearchResult, TellsOfEveryClosingAlsoOfEqualValues) {
     NameSearchResult result;
     Told told;
-    const auto observation = result.observe([&](auto member) { told.emplace_back(member); });
+    const auto observation = result.changed.add([&](auto member) { told.emplace_back(member); });
     result.storeName("Moss, Kate");
     result.storeId(30);
     EXPECT_TRUE(told.empty());
@@ -27,7 +27,7 @@ TEST(NameSearchResult, IsMadeUnreadyOnlyByTheWindowsLoadAndKeepsItsName) {
     result.storeId(30);
     result.dialogClosed();
     Told told;
-    const auto observation = result.observe([&](auto member) { told.emplace_back(member); });
+    const auto observation = result.changed.add([&](auto member) { told.emplace_back(member); });
     result.windowLoaded();
     EXPECT_FALSE(result.SelNameReady());
     EXPECT_EQ(result.SelNameID(), 30);
@@ -41,8 +41,8 @@ TEST(NameSearchResult, TellsNobodyWhoseObservationHasEnded) {
     NameSearchResult result;
     int first = 0;
     int second = 0;
-    auto one = result.observe([&](auto) { ++first; });
-    const auto two = result.observe([&](auto) { ++second; });
+    auto one = result.changed.add([&](auto) { ++first; });
+    const auto two = result.changed.add([&](auto) { ++second; });
     one.reset();
     result.dialogClosed();
     EXPECT_EQ(first, 0);
@@ -52,9 +52,9 @@ TEST(NameSearchResult, TellsNobodyWhoseObservationHasEnded) {
 TEST(NameSearchResult, AnObserverMayEndAnotherWhileItIsTold) {
     NameSearchResult result;
     int second = 0;
-    NameSearchResult::Observation two;
-    const auto one = result.observe([&](auto) { two.reset(); });
-    two = result.observe([&](auto) { ++second; });
+    Observation two;
+    const auto one = result.changed.add([&](auto) { two.reset(); });
+    two = result.changed.add([&](auto) { ++second; });
     result.dialogClosed();
     EXPECT_EQ(second, 0);
 }

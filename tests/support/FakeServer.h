@@ -159,7 +159,15 @@ public:
     }
     [[nodiscard]] std::string helpFile() const override { return helpFile_; }
     void messageBox(const std::string& text) override { events_.push_back("box " + text); }
-    void runPendingWindowMessages() override { events_.push_back("pending messages"); }
+    void runPendingWindowMessages() override {
+        events_.push_back("pending messages");
+        if (onPendingMessages) {
+            onPendingMessages();
+        }
+    }
+
+    /// What the operator does while messages run.
+    std::function<void()> onPendingMessages;
 
 private:
     Events& events_;

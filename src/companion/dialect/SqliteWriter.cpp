@@ -52,6 +52,16 @@ bool selectsText(const Select& select) {
                                [](const Column& column) { return isText(column.type); });
 }
 
+bool isGroupedBy(const Select& select, const Expression& expression) {
+    const ColumnName* column = asColumn(expression);
+    return column != nullptr &&
+           std::ranges::any_of(select.groupBy, [&](const ExpressionPtr& group) {
+               const ColumnName* other = asColumn(*group);
+               return other != nullptr && other->source == column->source &&
+                      other->column == column->column;
+           });
+}
+
 void collectTables(const Expression& expression, std::vector<const TableSource*>& tables) {
     const ColumnName* column = asColumn(expression);
     if (column != nullptr && column->source != nullptr &&
@@ -102,8 +112,15 @@ void StatementWriter::select(const Select& select, Projection projection) {
     out_ << " FROM ";
     list(select.from, [&](const FromItem& item) { from(item); });
     std::string fromClause = out_.cut(hole);
-    list(select.items,
-         [&](const SelectItem& item) { expressions_.projected(*item.expression, projection); });
+    list(select.items, [&](const SelectItem& item) {
+        // Of texts that are one group, every engine shows the same: the first by its bytes.
+        const bool representative = projection == Projection::Plain &&
+                                    isText(item.expression->type) &&
+                                    (groups || isGroupedBy(select, *item.expression));
+        out_ << (representative ? "min(" : "");
+        expressions_.projected(*item.expression, projection);
+        out_ << (representative ? ")" : "");
+    });
     out_ << fromClause;
     where(select.where, " WHERE ");
     groups ? distinctGroups(select) : groupBy(select);

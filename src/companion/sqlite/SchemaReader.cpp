@@ -61,7 +61,7 @@ std::vector<TableDefinition> readTables(sqlite3* database) {
     int code = sqlite3_step(query.get());
     for (; code == SQLITE_ROW; code = sqlite3_step(query.get())) {
         const std::string name = column(query.get(), 0);
-        tables.push_back({name, readColumns(database, name), {}});
+        tables.push_back({name, readColumns(database, name), {}, 0});
     }
     if (code != SQLITE_DONE) {
         throw errorOf(database, code);

@@ -3,6 +3,7 @@
 #include "companion/dialect/Parser.h"
 #include "companion/dialect/Resolver.h"
 #include "companion/dialect/Rewriter.h"
+#include "companion/sqlite/AsideRead.h"
 #include "companion/sqlite/SchemaReader.h"
 #include "companion/sqlite/SqliteFunctions.h"
 
@@ -50,7 +51,7 @@ void addValue(Recordset& rows, sqlite3_stmt* handle, int column) {
 } // namespace
 
 SqliteConnection::SqliteConnection(const std::string& path, Access access)
-    : database_(openDatabase(path, access)) {
+    : path_(path), database_(openDatabase(path, access)) {
     registerFunctions(database_.get());
     schemaVersionQuery_ = prepare(database_.get(), "PRAGMA schema_version");
     schemaHasChanged();
@@ -61,6 +62,30 @@ void SqliteConnection::Close() {
     cache_.clear();
     schemaVersionQuery_.reset();
     database_.reset();
+    aside_.reset();
+}
+
+std::unique_ptr<PendingRecordset> SqliteConnection::openAside(std::string_view sql,
+                                                              std::function<void()> ended) {
+    if (!isOpen()) {
+        throw DatabaseError::closed();
+    }
+    // A read that still goes on holds the one that is kept.
+    if (!aside_ || aside_.use_count() > 1) {
+        aside_ = std::make_shared<SqliteConnection>(path_, Access::ReadOnly);
+    }
+    return std::make_unique<AsideRead>(aside_, std::string(sql), std::move(ended));
+}
+
+void SqliteConnection::stopWhen(const std::atomic<bool>* stop) {
+    // Steps of the engine between two looks: some microseconds.
+    constexpr int steps = 1000;
+    const auto look = [](void* asked) {
+        return static_cast<const std::atomic<bool>*>(asked)->load() ? 1 : 0;
+    };
+    sqlite3_progress_handler(database_.get(), stop != nullptr ? steps : 0,
+                             stop != nullptr ? +look : nullptr,
+                             const_cast<std::atomic<bool>*>(stop));
 }
 
 bool SqliteConnection::schemaHasChanged() {
@@ -111,6 +136,19 @@ void SqliteConnection::execute(std::string_view sql) {
         const Running running(statement.handle.get());
         finish(statement, sqlite3_step(statement.handle.get()));
     });
+}
+
+void SqliteConnection::beginRead() {
+    if (!isOpen()) {
+        throw DatabaseError::closed();
+    }
+    runPlain(database_.get(), "BEGIN");
+}
+
+void SqliteConnection::endRead() noexcept {
+    if (isOpen() && sqlite3_get_autocommit(database_.get()) == 0) {
+        sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
 }
 
 void SqliteConnection::begin() {

@@ -8,6 +8,8 @@
 #include "companion/sqlite/SqliteHandle.h"
 #include "companion/sqlite/StatementCache.h"
 
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -23,9 +25,19 @@ public:
     [[nodiscard]] bool isOpen() const override { return database_ != nullptr; }
     void Close() override;
     Recordset open(std::string_view sql) override;
+    /// On a second, read-only connection to the same file, which is kept for the next time.
+    std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
+                                                std::function<void()> ended) override;
     void execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
 
+    /// Statements fail soon after `stop` has become true; null: no more. It must outlive that.
+    void stopWhen(const std::atomic<bool>* stop);
+    /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
+    /// of the data. Throws DatabaseError.
+    void beginRead();
+    /// No error, also where nothing was begun.
+    void endRead() noexcept;
     /// What is executed from here on becomes real at `commit`, or not at all.
     void begin();
     void commit();
@@ -52,6 +64,7 @@ private:
     void readCatalog();
     bool schemaHasChanged();
 
+    std::string path_;
     DatabaseHandle database_;
     std::unique_ptr<Catalog> catalog_;
     std::int64_t schemaVersion_ = 0;
@@ -61,6 +74,7 @@ private:
     std::string variantKey_;
     StatementCache cache_;
     bool schemaIsStale_ = false;
+    std::shared_ptr<SqliteConnection> aside_;
 };
 
 } // namespace kintar::companion::sqlite

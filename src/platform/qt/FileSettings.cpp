@@ -1,5 +1,6 @@
 #include "platform/qt/FileSettings.h"
 
+#include <QFileInfo>
 #include <QIODevice>
 #include <QStandardPaths>
 
@@ -22,6 +23,16 @@ QString qtKey(std::string_view section, std::string_view key) {
 
 bool isWritten(unsigned char c, bool atEnd) {
     return c >= ' ' && c != '%' && c != 0x7F && !(atEnd && c == ' ');
+}
+
+/// The key as the file spells it; programs differ in the case of letters.
+QString spelled(const QSettings& settings, const QString& key) {
+    for (const QString& known : settings.allKeys()) {
+        if (known.compare(key, Qt::CaseInsensitive) == 0) {
+            return known;
+        }
+    }
+    return key;
 }
 
 QByteArray escaped(const QString& text) {
@@ -64,8 +75,8 @@ bool writeSettings(QIODevice& file, const QSettings::SettingsMap& values) {
 }
 
 QSettings::Format ourFormat() {
-    static const QSettings::Format format = QSettings::registerFormat(
-        QStringLiteral("ini"), readSettings, writeSettings, Qt::CaseInsensitive);
+    static const QSettings::Format format =
+        QSettings::registerFormat(QStringLiteral("ini"), readSettings, writeSettings);
     return format;
 }
 
@@ -118,18 +129,24 @@ std::string FileSettings::get(std::string_view section, std::string_view key,
                               std::string_view otherwise) {
     // A fresh object looks at the file again, so that other programs' changes are seen.
     const QSettings settings(path_, ourFormat());
-    const QVariant value = settings.value(qtKey(section, key));
+    const QVariant value = settings.value(spelled(settings, qtKey(section, key)));
     return value.isValid() ? value.toString().toStdString() : std::string(otherwise);
 }
 
 void FileSettings::save(std::string_view section, std::string_view key, std::string_view value) {
+    const auto fail = [this] {
+        throw std::system_error(std::make_error_code(std::errc::io_error),
+                                "cannot write the settings file " + path_.toStdString());
+    };
+    if (QFileInfo(path_).size() > largestFile) {
+        fail(); // the toolkit would take it for empty, and replace it
+    }
     QSettings settings(path_, ourFormat());
-    settings.setValue(qtKey(section, key),
+    settings.setValue(spelled(settings, qtKey(section, key)),
                       QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
     settings.sync();
     if (settings.status() != QSettings::NoError) {
-        throw std::system_error(std::make_error_code(std::errc::io_error),
-                                "cannot write the settings file " + path_.toStdString());
+        fail();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "base/Twips.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -12,10 +13,14 @@ namespace kintar::platform {
 
 namespace {
 
-std::vector<ScreenArea> screenAreas() {
+/// Room for a frame that the window manager has not drawn yet: its title bar and its borders.
+constexpr QSize frameRoom(8, 40);
+
+std::vector<ScreenArea> screenAreas(QSize room) {
     std::vector<ScreenArea> areas;
     for (const QScreen* screen : QGuiApplication::screens()) {
-        const QRect area = screen->availableGeometry();
+        const QRect area =
+            screen->availableGeometry().adjusted(0, 0, -room.width(), -room.height());
         areas.push_back({twipsFromPixels(area.x()), twipsFromPixels(area.y()),
                          twipsFromPixels(area.width()), twipsFromPixels(area.height())});
     }
@@ -31,6 +36,10 @@ FormWindow::FormWindow(const char* name) {
 
 FormWindow::~FormWindow() = default;
 
+void FormWindow::destroyUnloaded() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 void FormWindow::ensureLoaded() {
     if (!std::exchange(loaded_, true)) {
         const RoutineScope routine(*this);
@@ -40,7 +49,9 @@ void FormWindow::ensureLoaded() {
 
 void FormWindow::Show() {
     ensureLoaded();
-    show();
+    if (!unloaded_) { // a load may let messages run, and one of them close the form
+        show();
+    }
 }
 
 void FormWindow::unload() {
@@ -58,7 +69,12 @@ Placement FormWindow::placement() const {
 }
 
 void FormWindow::place(const Placement& placement) {
-    const Placement kept = keptOnScreen(placement, screenAreas());
+    Placement kept = keptOnScreen(placement, screenAreas(QSize(0, 0)));
+    if (kept != placement) {
+        // Only a window that is moved anyway is moved for its frame, too: others stay where they
+        // were.
+        kept = keptOnScreen(placement, screenAreas(frameRoom));
+    }
     resize(pixelsFromTwips(kept.width), pixelsFromTwips(kept.height));
     move(pixelsFromTwips(kept.left), pixelsFromTwips(kept.top));
 }

@@ -30,6 +30,10 @@ public:
                 [](Form* form) { static_cast<FormWindow*>(form)->dispose(); }};
     }
 
+    /// Destroys what was unloaded now, not from the event loop: called by those who take away what
+    /// forms stand on, when no routine of a form is running.
+    static void destroyUnloaded();
+
     /// Runs the form's load if it has not run yet.
     void ensureLoaded();
     /// Shows the form modeless, which loads it.

@@ -1,7 +1,5 @@
 #include "platform/qt/PhotoBox.h"
 
-#include "platform/qt/PlainText.h"
-
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -50,16 +48,16 @@ void PhotoBox::load(const std::string& folder, const std::string& fileName) {
     request();
 }
 
+void PhotoBox::clear() {
+    loader_.cancel(std::exchange(number_, 0));
+    fileName_.clear();
+    setState(State::Blank);
+}
+
 void PhotoBox::showNoImage() {
     loader_.cancel(std::exchange(number_, 0));
     fileName_.clear();
     setState(State::NoImage);
-}
-
-void PhotoBox::setLine(std::string_view text) {
-    line_ = oneLine(text);
-    setToolTip(line_.isEmpty() ? QString() : tooltipText(text));
-    update();
 }
 
 void PhotoBox::request() {
@@ -113,9 +111,6 @@ void PhotoBox::paintEvent(QPaintEvent* /*event*/) {
     } else if (state_ == State::NoImage) {
         paintNoImage(painter);
     }
-    if (!line_.isEmpty()) {
-        paintLine(painter);
-    }
 }
 
 void PhotoBox::paintPhoto(QPainter& painter) const {
@@ -131,30 +126,13 @@ void PhotoBox::paintNoImage(QPainter& painter) const {
     const int side = std::min({width() / 3, height() / 3, 96});
     const int textHeight = painter.fontMetrics().height();
     QRect frame(0, 0, side * 4 / 3, side);
-    frame.moveCenter(rect().center() - QPoint(0, textHeight));
+    frame.moveCenter(rect().center() - QPoint(0, textHeight * 2 / 3));
     painter.setPen(QPen(ink, std::max(2.0, side / 24.0), Qt::SolidLine, Qt::RoundCap));
     painter.drawRoundedRect(frame, side / 12.0, side / 12.0);
     painter.drawLine(frame.bottomLeft() + QPoint(-side / 8, side / 8),
                      frame.topRight() + QPoint(side / 8, -side / 8));
     const QRect words(0, frame.bottom() + side / 6 + textHeight / 4, width(), textHeight);
     painter.drawText(words, Qt::AlignCenter, noImageText);
-}
-
-/// White on a dark band, on whatever photo: the palette has no say here.
-void PhotoBox::paintLine(QPainter& painter) const {
-    QFont font = painter.font();
-    font.setBold(true);
-    painter.setFont(font);
-    const int margin = painter.fontMetrics().averageCharWidth();
-    const int bandHeight = painter.fontMetrics().height() + margin;
-    const QRect band(0, height() - bandHeight, width(), bandHeight);
-    painter.fillRect(band, QColor(0, 0, 0, 176));
-    painter.setPen(Qt::white);
-    const QRect inner = band.adjusted(margin, 0, -margin, 0);
-    const QString shown = painter.fontMetrics().elidedText(line_, Qt::ElideRight, inner.width());
-    // A name of a script that runs from the right stands at the right.
-    const Qt::Alignment side = line_.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
-    painter.drawText(inner, static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute), shown);
 }
 
 } // namespace kintar::platform

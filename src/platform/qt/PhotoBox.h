@@ -9,7 +9,6 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 
 namespace kintar::platform {
 
@@ -29,10 +28,10 @@ public:
 
     /// Blanks the box at once and loads the photo of a file name below `folder`.
     void load(const std::string& folder, const std::string& fileName);
+    /// Shows nothing, for nobody; a photo on its way is dropped.
+    void clear();
     /// Shows "No Image"; a photo on its way is dropped.
     void showNoImage();
-    /// The line of text over the photo; empty: none.
-    void setLine(std::string_view text);
 
     [[nodiscard]] State state() const { return state_; }
     /// The photo as it was loaded; null in the other states.
@@ -51,7 +50,6 @@ private:
     void setState(State state);
     void paintPhoto(QPainter& painter) const;
     void paintNoImage(QPainter& painter) const;
-    void paintLine(QPainter& painter) const;
 
     PhotoLoader& loader_;
     std::string folder_;
@@ -59,7 +57,6 @@ private:
     std::uint32_t number_ = 0; ///< of the request under way, 0: none
     State state_ = State::Blank;
     QImage photo_;
-    QString line_;
     std::function<void()> shown_;
     QTimer settled_; ///< runs out when the size has stopped changing
 };

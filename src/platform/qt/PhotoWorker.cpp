@@ -100,14 +100,13 @@ void PhotoWorker::kill() {
     }
 }
 
-bool PhotoWorker::ask(const PhotoQuestion& question) {
-    const std::optional<std::string> bytes = encodeQuestion(question);
-    // A question is far smaller than a socket's buffer, and the worker has read all before it.
-    if (!bytes || !writeFully(socket_.get(), bytes->data(), bytes->size())) {
-        return false;
-    }
+void PhotoWorker::ask(const PhotoQuestion& question) {
     question_ = question;
-    return true;
+    // A question is far smaller than a socket's buffer, and the worker has read all before it: what
+    // is not written was not written because the worker has gone, which reading will tell.
+    if (const std::optional<std::string> bytes = encodeQuestion(question)) {
+        writeFully(socket_.get(), bytes->data(), bytes->size());
+    }
 }
 
 void PhotoWorker::readMore() {

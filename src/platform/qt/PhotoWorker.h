@@ -38,8 +38,8 @@ public:
     /// Whether it has loaded everything and waits for a question.
     [[nodiscard]] bool isReady() const { return ready_; }
     [[nodiscard]] bool isBusy() const { return question_.number != 0; }
-    /// Asks; the worker must not be busy. False where the question cannot be put.
-    bool ask(const PhotoQuestion& question);
+    /// Asks; the worker must not be busy. Where it has died, `failed` is called later.
+    void ask(const PhotoQuestion& question);
 
 private:
     /// How far reading came.

@@ -16,6 +16,8 @@ namespace {
 
 /// Workers that were killed and have not ended, before no more are started.
 constexpr std::size_t mostDying = 16;
+/// Workers that die with one photo; all that waited may have been killed from outside at once.
+constexpr int mostDeaths = 3;
 /// Workers that end without an answer, one after another, before the next waits a moment.
 constexpr int failuresBeforePause = 4;
 constexpr std::chrono::milliseconds pauseBeforeRestart{1000};
@@ -61,10 +63,17 @@ std::uint32_t PhotoWorkerPool::load(const PhotoRequest& request, Done done) {
     lastNumber_ = lastNumber_ + 1 == 0 ? 1 : lastNumber_ + 1;
     PhotoQuestion question{lastNumber_, request.width, request.height, request.folder,
                            request.fileName};
+    if (!encodeQuestion(question)) {
+        question.fileName.clear(); // longer than any path: no such file
+        question.folder.clear();
+    }
     jobs_.push_back({std::move(question), std::move(done),
-                     QDeadlineTimer(limits_.photo, Qt::PreciseTimer), nullptr});
+                     QDeadlineTimer(limits_.photo, Qt::PreciseTimer), nullptr, 0});
     const std::uint32_t number = lastNumber_;
     startWorkers();
+    if (startFailureTold_) {
+        giveUpWhatNobodyCanDo();
+    }
     dispatch();
     armDeadline();
     return number;
@@ -112,7 +121,17 @@ void PhotoWorkerPool::startWorkers() {
                 std::clog << "kintar3: photos cannot be shown: " << error.what() << std::endl;
             }
             restart_.start(pauseBeforeRestart);
+            giveUpWhatNobodyCanDo();
         }
+    }
+}
+
+void PhotoWorkerPool::giveUpWhatNobodyCanDo() {
+    if (workers_.empty()) {
+        for (Job& job : jobs_) {
+            job.deadline = QDeadlineTimer(0, Qt::PreciseTimer);
+        }
+        armDeadline();
     }
 }
 
@@ -167,11 +186,9 @@ void PhotoWorkerPool::dispatch() {
         if (worker == nullptr) {
             return;
         }
-        if (worker->ask(job.question)) {
-            job.worker = worker;
-        } else {
-            job.deadline = QDeadlineTimer(0, Qt::PreciseTimer);
-        }
+        // A worker that cannot be asked has died; its end is noticed from the event loop.
+        worker->ask(job.question);
+        job.worker = worker;
     }
 }
 
@@ -194,11 +211,16 @@ void PhotoWorkerPool::workerFailed(PhotoWorker* worker) {
         restart_.start(pauseBeforeRestart); // it is not a photo that ends them
     }
     startWorkers();
-    if (job != jobs_.end()) {
-        finish(job, {});
+    const bool over = job != jobs_.end() && (++job->deaths == mostDeaths || !job->done);
+    if (job != jobs_.end() && !over) {
+        // It may have been killed from outside, or have died before it got to the photo.
+        job->worker = nullptr;
     }
     dispatch();
     armDeadline();
+    if (over) {
+        finish(job, {});
+    }
 }
 
 void PhotoWorkerPool::finish(Jobs::iterator job, const QImage& photo) {

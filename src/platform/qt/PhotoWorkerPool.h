@@ -51,11 +51,13 @@ private:
         Done done; ///< empty: not wanted any more
         QDeadlineTimer deadline;
         PhotoWorker* worker = nullptr; ///< null: waits for one
+        int deaths = 0;                ///< of workers that had it
     };
     using Jobs = std::list<Job>;
 
     void startWorkers();
     void startWorker();
+    void giveUpWhatNobodyCanDo();
     void retire(PhotoWorker* worker);
     void reap();
     void dispatch();

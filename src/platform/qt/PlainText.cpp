@@ -40,10 +40,8 @@ QString captionText(std::string_view text) {
 }
 
 QString tooltipText(std::string_view text) {
-    return oneLine(text)
-        .toHtmlEscaped()
-        .prepend(QLatin1String("<span>"))
-        .append(QLatin1String("</span>"));
+    const QString line = oneLine(text).toHtmlEscaped();
+    return line.isEmpty() ? line : QLatin1String("<span>") + line + QLatin1String("</span>");
 }
 
 void makePlain(QLabel& label) {

@@ -17,7 +17,9 @@ namespace {
 
 std::optional<X11Windows> x11() {
 #if QT_CONFIG(xcb)
-    if (auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    // Other platforms may offer the interface, too, but have no connection.
+    auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (native != nullptr && native->connection() != nullptr) {
         return X11Windows(native->connection());
     }
 #endif

@@ -8,16 +8,17 @@ namespace kintar::explain {
 void applyNumber(const Json& input, Answer& answer) {
     const std::string source = text(input, "text");
     const std::string reading = text(input, "reading");
+    // Decimal text is a JSON number as it stands, whatever its length.
     if (reading == "leading") {
-        answer.addNumber("value", decimalText(leadingNumber(source)));
+        answer.addText("value", decimalText(leadingNumber(source)));
     } else if (reading == "whole") {
-        answer.addNumber("value", wholeNumber(source));
+        answer.addText("value", wholeNumber(source));
     } else if (reading == "numeric") {
         const std::optional<std::string> number = numericText(source);
         if (!number) {
             throw BadInput("not numeric");
         }
-        answer.addNumber("value", *number);
+        answer.addText("value", *number);
     } else {
         throw BadInput("'reading' is '" + reading + "', not leading, whole or numeric");
     }

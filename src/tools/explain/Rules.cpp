@@ -4,6 +4,7 @@
 #include "base/Unicode.h"
 #include "platform/SystemLocale.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace kintar::explain {
@@ -13,12 +14,26 @@ BadInput wrong(const char* field, const char* expected) {
     return BadInput("'" + std::string(field) + "' is not " + expected);
 }
 
-std::string jsonText(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
 Answer errorAnswer(const Json& id, const std::string& message) {
     return Answer().add("id", id).add("error", unicode::toValidUtf8(message));
+}
+
+bool isNumber32(const Json& value) {
+    return value.is_number_integer() && value >= std::numeric_limits<std::int32_t>::min() &&
+           value <= std::numeric_limits<std::int32_t>::max();
+}
+
+template <class Item>
+std::vector<Item> listOf(const Json& input, const char* field, const char* expected,
+                         bool (*isItem)(const Json&)) {
+    const auto found = input.find(field);
+    if (found == input.end() || found->is_null()) {
+        return {};
+    }
+    if (!found->is_array() || !std::ranges::all_of(*found, isItem)) {
+        throw wrong(field, expected);
+    }
+    return found->get<std::vector<Item>>();
 }
 
 } // namespace
@@ -29,20 +44,33 @@ const std::vector<Rule>& rules() {
          "in: enable, id, locGrp, code, now, locale (en-US, de-DE, iso), ruleFile (text or null), "
          "existing (names); out: written, staging, stopDate, fileName",
          applyCard},
-        {"dialect", "in: sql, engine (sqlite); out: text, values, or error with position",
+        {"dialect",
+         "in: sql, engine (sqlite); out: text, values, or error with position (the character, "
+         "1 the first)",
          applyDialect},
+        {"in-out",
+         "in: names (ID and Name), locale, tables (Cards and LocCards, each a list of rows); out: "
+         "items in the order of the names, in, out",
+         applyInOut},
+        {"names", "in: locGrp, mode, lastName, firstName, companyFilter; out: sql", applyNames},
         {"number", "in: text, reading (leading, whole, numeric); out: value, or error",
          applyNumber},
+        {"selection",
+         "in: today, locGrp, groupLocs, companyFilter and the criteria (lastName, firstName, "
+         "companies, visitor, trace, guardTour, status, cardCode, cardNum, startLow, startHigh, "
+         "stopLow, stopHigh, notUsedDays, udf, skills); out: sql and the parts it was joined of, "
+         "and the input as the builders leave it",
+         applySelection},
     };
     return table;
 }
 
-Answer& Answer::add(std::string_view field, const Json& value) {
-    return addText(field, jsonText(value));
+std::string jsonText(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-Answer& Answer::addNumber(std::string_view field, const std::string& digits) {
-    return addText(field, digits);
+Answer& Answer::add(std::string_view field, const Json& value) {
+    return addText(field, jsonText(value));
 }
 
 Answer& Answer::addText(std::string_view field, const std::string& text) {
@@ -100,8 +128,7 @@ bool boolean(const Json& input, const char* field) {
 
 std::int32_t number32(const Json& input, const char* field) {
     const Json& value = required(input, field);
-    if (!value.is_number_integer() || value > std::numeric_limits<std::int32_t>::max() ||
-        value < std::numeric_limits<std::int32_t>::min()) {
+    if (!isNumber32(value)) {
         throw wrong(field, "a 32-bit integer");
     }
     return value.get<std::int32_t>();
@@ -116,21 +143,17 @@ DateTime dateTime(const Json& input, const char* field) {
 }
 
 std::vector<std::string> texts(const Json& input, const char* field) {
-    const auto found = input.find(field);
-    if (found == input.end() || found->is_null()) {
-        return {};
-    }
-    if (!found->is_array()) {
-        throw wrong(field, "a list of texts");
-    }
-    std::vector<std::string> all;
-    for (const Json& item : *found) {
-        if (!item.is_string()) {
-            throw wrong(field, "a list of texts");
-        }
-        all.push_back(item.get<std::string>());
-    }
-    return all;
+    return listOf<std::string>(input, field, "a list of texts",
+                               [](const Json& item) { return item.is_string(); });
+}
+
+std::vector<std::int32_t> numbers32(const Json& input, const char* field) {
+    return listOf<std::int32_t>(input, field, "a list of 32-bit integers", isNumber32);
+}
+
+std::vector<Json> objects(const Json& input, const char* field) {
+    return listOf<Json>(input, field, "a list of objects",
+                        [](const Json& item) { return item.is_object(); });
 }
 
 LocaleFormats locale(const Json& input, const char* field) {

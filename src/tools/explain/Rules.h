@@ -24,14 +24,12 @@ public:
 class Answer {
 public:
     Answer& add(std::string_view field, const Json& value);
-    /// `digits` is decimal text as base/Number.h gives it, which is a JSON number as it stands.
-    Answer& addNumber(std::string_view field, const std::string& digits);
+    /// `text` is JSON as it stands.
+    Answer& addText(std::string_view field, const std::string& text);
     /// The whole line: an object of the fields.
     [[nodiscard]] std::string line() const { return "{" + fields_ + "}"; }
 
 private:
-    Answer& addText(std::string_view field, const std::string& text);
-
     std::string fields_;
 };
 
@@ -49,6 +47,9 @@ const std::vector<Rule>& rules();
 /// `id` of the line in front where it has one.
 std::string answerLine(const Rule& rule, std::string_view line);
 
+/// A value as JSON text; bytes that are no UTF-8 become U+FFFD.
+std::string jsonText(const Json& value);
+
 // Reading fields; all throw BadInput naming the field.
 const Json& required(const Json& input, const char* field);
 std::string text(const Json& input, const char* field);
@@ -57,12 +58,18 @@ std::string textOrEmpty(const Json& input, const char* field);
 bool boolean(const Json& input, const char* field);
 std::int32_t number32(const Json& input, const char* field);
 DateTime dateTime(const Json& input, const char* field);
+// Lists are empty where the field is absent or null.
 std::vector<std::string> texts(const Json& input, const char* field);
+std::vector<std::int32_t> numbers32(const Json& input, const char* field);
+std::vector<Json> objects(const Json& input, const char* field);
 /// `en-US` where the field is absent.
 LocaleFormats locale(const Json& input, const char* field);
 
 void applyNumber(const Json& input, Answer& answer);
 void applyCard(const Json& input, Answer& answer);
 void applyDialect(const Json& input, Answer& answer);
+void applyNames(const Json& input, Answer& answer);
+void applyInOut(const Json& input, Answer& answer);
+void applySelection(const Json& input, Answer& answer);
 
 } // namespace kintar::explain

@@ -16,7 +16,7 @@ constexpr int firstShown = 16;
 std::string_view inventedEvent(Random& random) {
     constexpr std::array<std::string_view, 5> refused{
         "Access denied: card expired", "Access denied: wrong time", "Access denied: no right here",
-        "Anti-passback violation", "Door held open"};
+        "Anti-passback violation", "Access denied: lost card"};
     return random.percent(80) ? "Access granted" : random.pick(std::span(refused));
 }
 
@@ -93,9 +93,11 @@ std::vector<CardEvent> CardFeed::events(int count) {
 std::vector<FeedOperator> CardFeed::operators() {
     SiteStatement query(
         database_,
-        "SELECT OPR.ID, AllMenus, (SELECT group_concat(MenuID || CASE Loc WHEN 0 THEN "
-        "'' ELSE ' at ' || Loc END, ', ') FROM MenuProfile "
-        "WHERE PwProfileID = OPR.PwProfile AND \"View\" <> 0) FROM OPR "
+        "SELECT OPR.ID, AllMenus, (SELECT group_concat(CASE MenuID WHEN 2 THEN 'cards' WHEN 1061 "
+        "THEN "
+        "'hidden fields' ELSE 'menu ' || MenuID END || CASE Loc WHEN 0 THEN '' ELSE ' at ' || Loc "
+        "END, "
+        "', ') FROM MenuProfile WHERE PwProfileID = OPR.PwProfile AND \"View\" <> 0) FROM OPR "
         "LEFT JOIN PwProfile ON PwProfile.ID = OPR.PwProfile ORDER BY OPR.ID LIMIT 1000");
     query.start();
     std::vector<FeedOperator> all;
@@ -103,7 +105,7 @@ std::vector<FeedOperator> CardFeed::operators() {
         const std::string menus = query.text(2);
         const std::string rights = query.integer(1) != 0 ? "all rights"
                                    : menus.empty()       ? "no rights"
-                                                         : "menus " + menus;
+                                                         : menus;
         all.push_back({static_cast<int>(query.integer(0)), rights});
     }
     return all;

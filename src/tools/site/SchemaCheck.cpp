@@ -101,7 +101,8 @@ bool checkColumns(const companion::TableDefinition& table, SiteDatabase& databas
 }
 
 /// The text of an index as the schema defines it, found by making it.
-std::string shapeOf(const companion::TableDefinition& table, const std::string& index) {
+std::string shapeOf(const companion::TableDefinition& table,
+                    const companion::IndexDefinition& index) {
     SiteDatabase scratch;
     for (const std::string& statement :
          companion::createStatements({table.name, table.columns, {index}})) {
@@ -113,12 +114,12 @@ std::string shapeOf(const companion::TableDefinition& table, const std::string& 
 void checkIndexes(const companion::TableDefinition& table, SiteDatabase& database,
                   Findings& findings) {
     const std::vector<std::string> present = indexesOf(database, table.name);
-    for (const std::string& definition : table.indexes) {
+    for (const companion::IndexDefinition& definition : table.indexes) {
         const std::string shape = shapeOf(table, definition);
         const bool found = std::ranges::any_of(
             present, [&](const std::string& index) { return index.starts_with(shape); });
         if (!found) {
-            findings.add(table.name, "has no index on (" + definition + ")");
+            findings.add(table.name, "has no index on (" + definition.columns + ")");
         }
     }
 }

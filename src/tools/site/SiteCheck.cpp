@@ -61,9 +61,19 @@ bool checkIntegrity(SiteDatabase& database, Findings& findings) {
     return whole;
 }
 
+/// The settings may name another table of texts than the usual one.
+void checkTexts(const SiteSettings& settings, SiteDatabase& database, Findings& findings) {
+    const std::string& table = settings.textsTable;
+    if (table != "Texts" &&
+        (!hasColumn(database, table, "Num") || !hasColumn(database, table, "Text"))) {
+        findings.add(table, "is named in kintar3.ini and is no table with Num and Text");
+    }
+}
+
 void checkDatabase(const SiteSettings& settings, SiteDatabase& database, Findings& findings) {
     bool complete = false;
     runStep(databasePlace, findings, [&] { complete = checkSchema(database, findings); });
+    runStep(databasePlace, findings, [&] { checkTexts(settings, database, findings); });
     runStep(databasePlace, findings, [&] { checkValues(database, findings); });
     if (complete) {
         runStep(databasePlace, findings, [&] { checkRelations(database, findings); });

@@ -46,6 +46,9 @@ RowCounts fillSite(SiteDatabase& database, const SiteOptions& options) {
     for (const std::string& index : indexes) {
         database.execute(index);
     }
+    for (const std::string& statement : companion::siteStatisticsStatements()) {
+        database.execute(statement);
+    }
     database.execute("COMMIT");
     return countRows(database);
 }

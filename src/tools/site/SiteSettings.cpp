@@ -1,13 +1,11 @@
 #include "tools/site/SiteSettings.h"
 
+#include "base/RunTimeError.h"
+#include "companion/SiteSettings.h"
 #include "tools/site/SiteMaker.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <map>
-#include <sstream>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -66,63 +64,6 @@ std::optional<std::string> readUpTo(int descriptor, std::size_t limit) {
     return content;
 }
 
-std::string trimmed(const std::string& text) {
-    constexpr const char* blanks = " \t\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::string lowerCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) {
-        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    });
-    return text;
-}
-
-/// The keys of the section `[Site]`, in lower case.
-std::map<std::string, std::string> siteKeys(const std::string& content, Findings& findings) {
-    std::map<std::string, std::string> keys;
-    std::istringstream lines(content);
-    bool inSection = false;
-    int number = 0;
-    for (std::string line; std::getline(lines, line);) {
-        ++number;
-        line = trimmed(line);
-        const std::size_t equals = line.find('=');
-        if (line.empty() || line.front() == ';' || line.front() == '#') {
-            continue;
-        }
-        if (line.front() == '[') {
-            inSection = lowerCase(line) == "[site]";
-        } else if (equals == std::string::npos) {
-            findings.add(settingsFile,
-                         "line " + std::to_string(number) + " is neither a section nor KEY=VALUE");
-        } else if (inSection) {
-            keys[lowerCase(trimmed(line.substr(0, equals)))] = trimmed(line.substr(equals + 1));
-        }
-    }
-    return keys;
-}
-
-std::optional<fs::path> pathOf(const fs::path& site, const std::map<std::string, std::string>& keys,
-                               const char* key, Findings& findings) {
-    const auto found = keys.find(lowerCase(key));
-    if (found == keys.end() || found->second.empty()) {
-        findings.add(settingsFile, std::string("[Site] has no ") + key);
-        return std::nullopt;
-    }
-    std::string value = found->second;
-    if (value.find('\0') != std::string::npos) {
-        findings.add(settingsFile, std::string(key) + " is no path");
-        return std::nullopt;
-    }
-    std::ranges::replace(value, '\\', '/');
-    return site / value;
-}
-
 } // namespace
 
 std::optional<std::string> readCheckedFile(const fs::path& path, const std::string& where,
@@ -153,13 +94,14 @@ std::optional<SiteSettings> readSettings(const fs::path& site, Findings& finding
     if (!content) {
         return std::nullopt;
     }
-    const std::map<std::string, std::string> keys = siteKeys(*content, findings);
-    const std::optional<fs::path> database = pathOf(site, keys, "Database", findings);
-    const std::optional<fs::path> data = pathOf(site, keys, "Data", findings);
-    if (!database || !data) {
+    try {
+        const companion::SiteSettings settings =
+            companion::SiteSettings::parse(*content, fs::absolute(site).string());
+        return SiteSettings{settings.database, settings.data, settings.textsTable};
+    } catch (const RunTimeError& error) {
+        findings.add(settingsFile, error.what());
         return std::nullopt;
     }
-    return SiteSettings{*database, *data};
 }
 
 } // namespace kintar::site

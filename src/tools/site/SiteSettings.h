@@ -12,6 +12,7 @@ namespace kintar::site {
 struct SiteSettings {
     std::filesystem::path database;
     std::filesystem::path data;
+    std::string textsTable;
 };
 
 /// A regular file's content; nothing, and a finding under `where`, where it is missing, no regular
@@ -20,8 +21,8 @@ std::optional<std::string> readCheckedFile(const std::filesystem::path& path,
                                            const std::string& where, std::size_t limit,
                                            Findings& findings);
 
-/// Reads `kintar3.ini` of a site. Paths are relative to the site's folder or absolute; both kinds
-/// of separator are read. Nothing, with findings, where it does not name database and data folder.
+/// Reads `kintar3.ini` of a site as the server reads it. Nothing, with a finding, where that is
+/// refused.
 std::optional<SiteSettings> readSettings(const std::filesystem::path& site, Findings& findings);
 
 } // namespace kintar::site

@@ -53,8 +53,8 @@ TEST_F(CardFeedTest, SaysWhatOperatorsMayDo) {
     const std::vector<FeedOperator> all = feed.operators();
     ASSERT_EQ(all.size(), 7U);
     EXPECT_EQ(all[0].rights, "all rights");
-    EXPECT_EQ(all[1].rights, "menus 2, 1061");
-    EXPECT_EQ(all[2].rights, "menus 2 at 1, 1061 at 11");
+    EXPECT_EQ(all[1].rights, "cards, hidden fields");
+    EXPECT_EQ(all[2].rights, "cards at 1, hidden fields at 11");
     EXPECT_EQ(all[4].rights, "no rights");
 }
 

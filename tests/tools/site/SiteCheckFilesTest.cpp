@@ -49,16 +49,23 @@ TEST_F(SiteCheckFiles, FindSettingsThatAreNoFile) {
     EXPECT_THAT(found(), only("kintar3.ini: is a link"));
 }
 
-TEST_F(SiteCheckFiles, FindSettingsWithoutTheirKeys) {
+TEST_F(SiteCheckFiles, FindSettingsThatTheServerWouldRefuse) {
     write(settingsFile, "[Site]\nDatabase=\n");
-    EXPECT_THAT(found(), ElementsAre("kintar3.ini: [Site] has no Database",
-                                     "kintar3.ini: [Site] has no Data"));
-    write(settingsFile, "[Other]\nDatabase=site.db\nData=Data\n");
-    EXPECT_THAT(found(), Contains("kintar3.ini: [Site] has no Database"));
+    EXPECT_THAT(found(), onlyFrom("kintar3.ini: kintar3.ini, line 2: "));
     write(settingsFile, "[Site]\nDatabase=site.db\nData=Data\nwhat is this\n");
-    EXPECT_THAT(found(), only("kintar3.ini: line 4 is neither a section nor KEY=VALUE"));
+    EXPECT_THAT(found(), onlyFrom("kintar3.ini: kintar3.ini, line 4: "));
+    write(settingsFile, std::string("[Site]\nData=\0\n", 14));
+    EXPECT_THAT(found(), onlyFrom("kintar3.ini: "));
     write(settingsFile, std::string(100000, 'x'));
     EXPECT_THAT(found(), only("kintar3.ini: is larger than 65536 bytes"));
+}
+
+TEST_F(SiteCheckFiles, FindAMissingTableOfTexts) {
+    write(settingsFile, "[Site]\nTexts=Wording\n");
+    EXPECT_THAT(found(),
+                only("Wording: is named in kintar3.ini and is no table with Num and Text"));
+    site.execute("CREATE TABLE Wording (Num INTEGER PRIMARY KEY, Text TEXT)");
+    EXPECT_THAT(found(), IsEmpty());
 }
 
 TEST_F(SiteCheckFiles, ReadSettingsInEveryUsualForm) {

@@ -1,10 +1,10 @@
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 
 #include <utility>
 
 namespace kintar {
 
-Display::Display(DisplayServices services)
+DisplayWindows::DisplayWindows(DisplayServices services)
     : services_(std::move(services)), kintar_([this] {
           auto form = platform::FormWindow::make<frmKintar>(services_);
           form->onClose([this] { kintar_.unload(); });
@@ -13,9 +13,10 @@ Display::Display(DisplayServices services)
     services_.globals.forms.place(FormId::frmKintar, kintar_);
 }
 
-Display::~Display() {
+DisplayWindows::~DisplayWindows() {
     kintar_.unload();
     services_.globals.forms.remove(FormId::frmKintar);
+    platform::FormWindow::destroyUnloaded();
 }
 
 } // namespace kintar

@@ -9,12 +9,12 @@ namespace kintar {
 
 /// Holds the default instances of the display windows, at their places among the server's forms,
 /// for as long as it lives.
-class Display {
+class DisplayWindows {
 public:
-    explicit Display(DisplayServices services);
-    Display(const Display&) = delete;
-    Display& operator=(const Display&) = delete;
-    ~Display();
+    explicit DisplayWindows(DisplayServices services);
+    DisplayWindows(const DisplayWindows&) = delete;
+    DisplayWindows& operator=(const DisplayWindows&) = delete;
+    ~DisplayWindows();
 
     [[nodiscard]] const DisplayServices& services() const { return services_; }
     DefaultInstance<frmKintar>& kintar() { return kintar_; }

@@ -1,0 +1,64 @@
+// The workstation: a running feed of card events, and the photo of whoever is chosen.
+#pragma once
+
+#include "demo/CardEvent.h"
+#include "demo/EventModel.h"
+#include "demo/Feed.h"
+#include "demo/ServerLink.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QTableView;
+
+namespace kintar::demo {
+
+class WorkstationWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    WorkstationWindow(Feed& feed, ServerLink& link, QWidget* parent = nullptr);
+
+    /// Every event happens at this moment instead of now.
+    void setFixedMoment(const QDateTime& moment) { fixedMoment_ = moment; }
+    void setPaused(bool paused);
+    /// False where the site has no such operator.
+    bool chooseOperator(int id);
+    /// Shows the latest event of this person again; false where the table has none.
+    bool choosePerson(int id);
+    /// Adds the event to the table and shows its photo.
+    void play(CardEvent event);
+
+private:
+    void build();
+    void buildTable();
+    void connectControls();
+    QWidget* makeControls();
+    void takeFeed(const FeedContent& content);
+    void playNext();
+    void showRow(const QModelIndex& index);
+    void refreshState();
+    void say(const QString& text);
+    [[nodiscard]] int operatorId() const;
+
+    Feed& feed_;
+    ServerLink& link_;
+    EventModel model_;
+    QTimer clock_;
+    QList<CardEvent> events_;
+    qsizetype next_ = 0;
+    QDateTime fixedMoment_;
+
+    QTableView* table_ = nullptr;
+    QComboBox* operators_ = nullptr;
+    QPushButton* pause_ = nullptr;
+    QPushButton* showPhoto_ = nullptr;
+    QLabel* lamp_ = nullptr;
+    QLabel* state_ = nullptr;
+    QLabel* message_ = nullptr;
+};
+
+} // namespace kintar::demo

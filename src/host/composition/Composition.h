@@ -1,0 +1,56 @@
+// The pieces of the server, put together.
+#pragma once
+
+#include "companion/Log.h"
+#include "companion/SiteCompanion.h"
+#include "display/Display.h"
+#include "host/composition/OperatorNotices.h"
+#include "platform/PosixFiles.h"
+#include "platform/PosixTemporaryFolders.h"
+#include "platform/SystemClock.h"
+#include "platform/qt/DesktopBrowser.h"
+#include "platform/qt/FileSettings.h"
+#include "platform/qt/PhotoLoader.h"
+#include "platform/qt/QtWindowRequests.h"
+#include "platform/qt/WindowApplication.h"
+#include "search/NameSearchWindows.h"
+#include "server/ClassTable.h"
+#include "server/modGlobals.h"
+
+namespace kintar::host {
+
+/// Every piece behind the public classes. Making it opens no window and no site. It outlives the
+/// class table that it gives and every object made from that.
+class Composition {
+public:
+    /// `photos` outlives this.
+    explicit Composition(platform::PhotoLoader& photos);
+    Composition(const Composition&) = delete;
+    Composition& operator=(const Composition&) = delete;
+
+    /// The public classes that clients may create, in their order.
+    ClassTable classes();
+
+    platform::WindowApplication& application() { return application_; }
+    companion::Log& log() { return log_; }
+
+private:
+    companion::StandardErrorLog log_;
+    OperatorNotices notices_;
+    companion::SiteCompanion companion_;
+    platform::WindowApplication application_;
+    platform::PosixTemporaryFolders temporaryFolders_;
+    platform::FileSettings settings_;
+    platform::PosixFiles files_;
+    platform::SystemClock clock_;
+    platform::QtWindowRequests windows_;
+    modGlobals globals_;
+    platform::DesktopBrowser browser_;
+    Display display_;
+    search::NameSearchWindows nameSearch_;
+};
+
+/// "4.4.12".
+std::string versionText(const platform::Application::Version& version);
+
+} // namespace kintar::host

@@ -1,0 +1,69 @@
+#include "search/PrintQueue.h"
+
+#include "platform/qt/Controls.h"
+
+#include <exception>
+#include <utility>
+
+namespace kintar::search {
+
+PrintQueue::PrintQueue(NameSearchSurroundings& surroundings) : surroundings_(surroundings) {
+    platform::nameControl(timer_, "Timer1", "timer");
+    timer_.setInterval(1);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
+}
+
+void PrintQueue::request(std::int16_t request, std::int32_t loc) {
+    request_ = request;
+    loc_ = loc;
+    timer_.start();
+}
+
+void PrintQueue::giveUp() {
+    timer_.stop();
+    if (const std::int16_t dropped = std::exchange(request_, std::int16_t{0}); dropped != 0) {
+        surroundings_.globals.nameSearch.printEnded.tell(
+            dropped, "The name search was closed before printing began.");
+    }
+}
+
+void PrintQueue::tick() {
+    timer_.stop();
+    if (printing_ || request_ == 0) {
+        return;
+    }
+    const std::int16_t request = std::exchange(request_, std::int16_t{0});
+    if (!surroundings_.neighbours.print) {
+        // The one place that says so.
+        surroundings_.globals.nameSearch.printEnded.tell(request,
+                                                         "Printing is not part of this program.");
+        return;
+    }
+    printing_ = true;
+    // The form may be gone when printing ends; the clients are told all the same.
+    const std::weak_ptr<int> alive = alive_;
+    NameSearchResult& told = surroundings_.globals.nameSearch;
+    const auto ended = [this, alive, &told, request](const std::string& error) {
+        if (alive.expired()) {
+            told.printEnded.tell(request, error);
+        } else {
+            printed(request, error);
+        }
+    };
+    try {
+        surroundings_.neighbours.print(request, loc_, ended);
+    } catch (const std::exception& error) {
+        surroundings_.globals.reportError(error, "frmNameSearch/Timer1");
+        ended(error.what());
+    }
+}
+
+void PrintQueue::printed(std::int16_t request, const std::string& error) {
+    printing_ = false;
+    if (request_ != 0) {
+        timer_.start();
+    }
+    surroundings_.globals.nameSearch.printEnded.tell(request, error);
+}
+
+} // namespace kintar::search

@@ -1,0 +1,46 @@
+// The print requests of the name search.
+#pragma once
+
+#include "search/NameSearchSurroundings.h"
+
+#include <QTimer>
+
+#include <cstdint>
+#include <memory>
+
+namespace kintar::search {
+
+/// `Timer1` and what it is armed for: one request, replaced by a later one until the tick; while
+/// one is being printed the next waits its turn. Every request that is taken up, and one that is
+/// dropped with its form, is announced as ended.
+class PrintQueue final {
+public:
+    static constexpr std::int16_t statusReport = 1;
+    static constexpr std::int16_t whoIsIn = 2;
+
+    /// The surroundings outlive this.
+    explicit PrintQueue(NameSearchSurroundings& surroundings);
+    PrintQueue(const PrintQueue&) = delete;
+    PrintQueue& operator=(const PrintQueue&) = delete;
+    ~PrintQueue() = default;
+
+    void request(std::int16_t request, std::int32_t loc);
+    /// The form unloads: a request that waits is given up.
+    void giveUp();
+
+    [[nodiscard]] std::int16_t PrintRequest() const { return request_; }
+    [[nodiscard]] QTimer& Timer1() { return timer_; }
+
+private:
+    void tick();
+    void printed(std::int16_t request, const std::string& error);
+
+    NameSearchSurroundings& surroundings_;
+    QTimer timer_;
+    std::int16_t request_ = 0; ///< 0: none waits
+    std::int32_t loc_ = 0;
+    bool printing_ = false;
+    std::shared_ptr<int> alive_ = std::make_shared<int>(0);
+};
+
+} // namespace kintar::search

@@ -1,0 +1,203 @@
+#include "search/frmSelName.h"
+
+#include "base/RunTimeError.h"
+#include "platform/qt/Controls.h"
+#include "platform/qt/PlainText.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <array>
+
+namespace kintar::search {
+namespace {
+
+constexpr std::int16_t captionText = 514;
+constexpr int skillsTab = 3;
+constexpr std::array<std::int16_t, 4> tabTexts = {204, 205, 206, 513};
+constexpr std::array<const char*, 4> tabCaptions = {"Search Names", "Search UDFs", "Search Cards",
+                                                    "Search Skills"};
+
+} // namespace
+
+frmSelName::frmSelName(modGlobals& globals, const platform::Clock& clock,
+                       const LocaleFormats& formats)
+    : FormWindow("frmSelName"), globals_(globals), clock_(clock), Tab1_(new QTabBar(this)),
+      names_(new NamesPane(focusLabels_, this)), udf_(new UdfPane(focusLabels_, this)),
+      cards_(new CardsPane(focusLabels_, formats, this)),
+      skills_(new SkillsPane(focusLabels_, this)), lblStatus_(new QLabel(this)),
+      cmdOK_(new QPushButton(QStringLiteral("&OK"), this)),
+      cmdCancel_(new QPushButton(QStringLiteral("&Cancel"), this)) {
+    setWindowTitle(QStringLiteral("Select Name List Criteria"));
+    setLayout(new QVBoxLayout);
+    addPanes();
+    addButtons();
+}
+
+void frmSelName::addPanes() {
+    platform::nameControl(*Tab1_, "Tab1", "tab strip", QStringLiteral("Criteria"));
+    Tab1_->setExpanding(false);
+    for (int tab = 0; tab < skillsTab; ++tab) {
+        Tab1_->addTab(QString::fromLatin1(tabCaptions.at(static_cast<std::size_t>(tab))));
+    }
+    layout()->addWidget(Tab1_);
+    for (CriteriaPane* pane : std::array<CriteriaPane*, 4>{names_, udf_, cards_, skills_}) {
+        pane->setFrameShape(QFrame::StyledPanel);
+        pane->hide();
+        layout()->addWidget(pane);
+    }
+    connect(Tab1_, &QTabBar::currentChanged, this, &frmSelName::Tab1_Click);
+}
+
+void frmSelName::addButtons() {
+    platform::nameControl(*lblStatus_, "lblStatus", "label", QString());
+    platform::makePlain(*lblStatus_);
+    lblStatus_->setWordWrap(true);
+    lblStatus_->hide();
+    layout()->addWidget(lblStatus_);
+    platform::nameControl(*cmdOK_, "cmdOK", "button", QStringLiteral("OK"));
+    platform::nameControl(*cmdCancel_, "cmdCancel", "button", QStringLiteral("Cancel"));
+    auto* line = new QHBoxLayout;
+    line->addStretch();
+    line->addWidget(cmdOK_);
+    line->addWidget(cmdCancel_);
+    static_cast<QVBoxLayout*>(layout())->addLayout(line);
+    connect(cmdOK_, &QPushButton::clicked, this, &frmSelName::cmdOK_Click);
+    connect(cmdCancel_, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmSelName::Show() {
+    const RoutineScope routine(*this);
+    ensureLoaded();
+    if (loadedFor_ != locGrp_) {
+        loadContents();
+    }
+    FormWindow::Show();
+}
+
+void frmSelName::Load() {
+    globals_.tarnRec().PrepareForm(globals_.gCnn2(), *this);
+    loadTexts();
+    loadContents();
+}
+
+void frmSelName::loadTexts() {
+    if (!globals_.gSys) {
+        return;
+    }
+    if (const std::string text = globals_.gSys->GetText(captionText); !text.empty()) {
+        setWindowTitle(platform::titleText(text));
+    }
+    for (int tab = 0; tab < Tab1_->count(); ++tab) {
+        const std::string text = globals_.gSys->GetText(tabTexts.at(static_cast<std::size_t>(tab)));
+        if (!text.empty()) {
+            Tab1_->setTabText(tab, platform::captionText(text));
+        }
+    }
+}
+
+void frmSelName::loadContents() {
+    loadedFor_.reset();
+    LoadLists();
+    LoadSkills();
+    loadedFor_ = locGrp_;
+    Tab1_Click(Tab1_->currentIndex());
+}
+
+void frmSelName::LoadLists() {
+    selection::fillCompanies(globals_, locGrp_, names_->companies());
+    udf_->fill(selection::readUdfNames(globals_, locGrp_));
+}
+
+void frmSelName::LoadSkills() {
+    const std::vector<selection::Skill> skills = selection::readSkills(globals_, locGrp_);
+    if (skills.empty() && Tab1_->count() > skillsTab) {
+        Tab1_->removeTab(skillsTab);
+    } else if (!skills.empty() && Tab1_->count() <= skillsTab) {
+        Tab1_->addTab(QString::fromLatin1(tabCaptions[skillsTab]));
+        loadTexts();
+    }
+    skills_->fill(skills);
+}
+
+void frmSelName::Tab1_Click(int tab) {
+    const std::array<CriteriaPane*, 4> panes = {names_, udf_, cards_, skills_};
+    for (std::size_t i = 0; i < panes.size(); ++i) {
+        panes.at(i)->setVisible(static_cast<int>(i) == tab);
+    }
+    switch (tab) {
+    case 0:
+        names_->focusFirst();
+        break;
+    case 1:
+        udf_->enterGrid();
+        break;
+    case 2:
+        cards_->focusFirst();
+        break;
+    default:
+        skills_->focusFirst();
+    }
+}
+
+selection::SelectionCriteria frmSelName::criteria() const {
+    selection::SelectionCriteria all;
+    all.LocGrp = locGrp_;
+    names_->read(all);
+    udf_->read(all);
+    cards_->read(all);
+    skills_->read(all);
+    return all;
+}
+
+void frmSelName::cmdOK_Click() {
+    const RoutineScope routine(*this);
+    Tab1_->setCurrentIndex(0);
+    udf_->leaveCell();
+    try {
+        findNames();
+    } catch (const std::exception& error) {
+        // The controls still hold the input: what the builders clear, they clear in a copy.
+        globals_.reportError(error, "frmSelName/cmdOK_Click");
+        lblStatus_->setText(QStringLiteral("The names could not be listed: ") +
+                            platform::oneLine(error.what()));
+        lblStatus_->setAccessibleName(lblStatus_->text());
+        lblStatus_->show();
+        return;
+    }
+    if (!isUnloaded()) {
+        close();
+    }
+}
+
+void frmSelName::findNames() {
+    selection::SelectionCompanion companion(globals_);
+    selection::SelectionQuery query(criteria(), clock_.now(), companion);
+    query.BuildSql();
+    if (!calledFrom_) {
+        throw RunTimeError::objectNotSet();
+    }
+    calledFrom_->PopulateListView(query.NameSql);
+}
+
+bool frmSelName::ownPopupIsOpen() const {
+    const QWidget* popup = QApplication::activePopupWidget();
+    return popup && popup->parentWidget() && popup->parentWidget()->window() == this;
+}
+
+bool frmSelName::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate) {
+        leftForOwnPopup_ = ownPopupIsOpen();
+    } else if (event->type() == QEvent::WindowActivate) {
+        // A calendar that opens and closes may take the activation and give it back; the date
+        // chosen there has to stay.
+        if (!leftForOwnPopup_ && !ownPopupIsOpen()) {
+            cards_->setDates(clock_.now());
+        }
+        leftForOwnPopup_ = false;
+    }
+    return FormWindow::event(event);
+}
+
+} // namespace kintar::search

@@ -1,0 +1,224 @@
+#include "tools/ctl/ServerClient.h"
+
+#include "host/BusNames.h"
+#include "tools/ctl/RawLine.h"
+#include "tools/ctl/ValueText.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+namespace kintar::ctl {
+
+namespace {
+
+void check(int result, const char* doing) {
+    if (result < 0) {
+        throw CallError("org.freedesktop.DBus.Error.Failed",
+                        std::string(doing) + ": " + std::strerror(-result));
+    }
+}
+
+} // namespace
+
+ServerClient::ServerClient() {
+    const int result = sd_bus_open_user(&bus_);
+    if (result < 0) {
+        throw CallError("org.freedesktop.DBus.Error.NoServer",
+                        std::string("no session bus: ") + std::strerror(-result));
+    }
+}
+
+ServerClient::~ServerClient() {
+    sd_bus_flush_close_unref(bus_);
+}
+
+host::BusMessage ServerClient::newCall(const std::string& path, const std::string& interface,
+                                       const std::string& member) {
+    sd_bus_message* raw = nullptr;
+    const int result = sd_bus_message_new_method_call(bus_, &raw, host::busName, path.c_str(),
+                                                      interface.c_str(), member.c_str());
+    if (result < 0) {
+        throw UsageError("\"" + path + "\" is no object path, or \"" + member + "\" no name");
+    }
+    return host::BusMessage::adopt(raw);
+}
+
+host::BusMessage ServerClient::send(const host::BusMessage& call) {
+    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_message* answer = nullptr;
+    const int result = sd_bus_call(bus_, call.get(), UINT64_MAX, &error, &answer);
+    if (result < 0) {
+        const CallError failure(error.name ? error.name : "org.freedesktop.DBus.Error.Failed",
+                                error.message ? error.message : std::strerror(-result));
+        sd_bus_error_free(&error);
+        throw failure;
+    }
+    return host::BusMessage::adopt(answer);
+}
+
+std::string ServerClient::version() {
+    const host::BusMessage call = newCall(host::rootPath, host::propertiesInterface, "Get");
+    check(sd_bus_message_append(call.get(), "ss", host::serverInterface, "Version"), "call");
+    return readText(send(call));
+}
+
+std::vector<std::string> ServerClient::classes() {
+    const host::BusMessage call = newCall(host::rootPath, host::propertiesInterface, "Get");
+    check(sd_bus_message_append(call.get(), "ss", host::serverInterface, "Classes"), "call");
+    const host::BusMessage answer = send(call);
+    check(sd_bus_message_enter_container(answer.get(), 'v', "as"), "classes");
+    check(sd_bus_message_enter_container(answer.get(), 'a', "s"), "classes");
+    std::vector<std::string> names;
+    const char* name = nullptr;
+    while (sd_bus_message_read_basic(answer.get(), 's', &name) > 0) {
+        names.emplace_back(name);
+    }
+    return names;
+}
+
+std::string ServerClient::introspect(const std::string& path) {
+    return readText(send(newCall(path, host::introspectableInterface, "Introspect")));
+}
+
+std::string ServerClient::create(const std::string& publicClass) {
+    const host::BusMessage call = newCall(host::rootPath, host::serverInterface, "CreateObject");
+    appendText(call, "s", publicClass, "create");
+    created_.push_back(readText(send(call)));
+    return created_.back();
+}
+
+void ServerClient::release(const std::string& path) {
+    const host::BusMessage call = newCall(host::rootPath, host::serverInterface, "ReleaseObject");
+    check(sd_bus_message_append_basic(call.get(), 'o', path.c_str()), "release");
+    send(call);
+    std::erase(created_, path);
+    interfaces_.erase(path);
+}
+
+void ServerClient::releaseAll() {
+    while (!created_.empty()) {
+        const std::string path = created_.back();
+        created_.pop_back();
+        try {
+            release(path);
+        } catch (const CallError&) {
+            continue;
+        }
+    }
+}
+
+void ServerClient::set(const std::string& path, const std::string& member,
+                       const std::string& value) {
+    const MemberDescription& property = memberOf(path, member);
+    if (property.isMethod) {
+        throw UsageError(member + " is a method; use call");
+    }
+    const host::BusMessage call = newCall(path, host::propertiesInterface, "Set");
+    check(sd_bus_message_append(call.get(), "ss", interfaceOf(path).name.c_str(), member.c_str()),
+          "set");
+    check(sd_bus_message_open_container(call.get(), 'v', property.type.c_str()), "set");
+    appendText(call, property.type, value, member);
+    check(sd_bus_message_close_container(call.get()), "set");
+    send(call);
+}
+
+std::string ServerClient::get(const std::string& path, const std::string& member) {
+    const host::BusMessage call = newCall(path, host::propertiesInterface, "Get");
+    check(sd_bus_message_append(call.get(), "ss", interfaceOf(path).name.c_str(), member.c_str()),
+          "get");
+    return readText(send(call));
+}
+
+std::vector<std::pair<std::string, std::string>> ServerClient::getAll(const std::string& path) {
+    const host::BusMessage call = newCall(path, host::propertiesInterface, "GetAll");
+    check(sd_bus_message_append(call.get(), "s", interfaceOf(path).name.c_str()), "getall");
+    const host::BusMessage answer = send(call);
+    std::vector<std::pair<std::string, std::string>> all;
+    check(sd_bus_message_enter_container(answer.get(), 'a', "{sv}"), "getall");
+    while (sd_bus_message_enter_container(answer.get(), 'e', "sv") > 0) {
+        const std::string name = readText(answer);
+        all.emplace_back(name, readText(answer));
+        check(sd_bus_message_exit_container(answer.get()), "getall");
+    }
+    return all;
+}
+
+std::optional<std::string> ServerClient::call(const std::string& path, const std::string& member,
+                                              const std::vector<std::string>& values) {
+    const MemberDescription& method = memberOf(path, member);
+    if (!method.isMethod) {
+        throw UsageError(member + " is a property; use get or set");
+    }
+    if (values.size() > method.arguments.size()) {
+        throw UsageError(method.line() + " takes fewer values");
+    }
+    const host::BusMessage call = newCall(path, interfaceOf(path).name, member);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        appendText(call, method.arguments[i].type, values[i],
+                   member + " " + method.arguments[i].name);
+    }
+    const host::BusMessage answer = send(call);
+    if (method.type.empty()) {
+        return std::nullopt;
+    }
+    return readText(answer);
+}
+
+const InterfaceDescription& ServerClient::interfaceOf(const std::string& path) {
+    const auto known = interfaces_.find(path);
+    if (known != interfaces_.end()) {
+        return known->second;
+    }
+    return interfaces_.emplace(path, parseInterface(introspect(path))).first->second;
+}
+
+const MemberDescription& ServerClient::memberOf(const std::string& path,
+                                                const std::string& member) {
+    const InterfaceDescription& interface = interfaceOf(path);
+    const MemberDescription* found = interface.find(member);
+    if (!found) {
+        throw UsageError("there is no member " + member + " in " + interface.name);
+    }
+    return *found;
+}
+
+bool ServerClient::hold(std::optional<double> seconds, const std::function<bool()>& stop) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                        std::chrono::duration<double>(seconds.value_or(0)));
+    sd_bus_slot* watch = nullptr;
+    check(sd_bus_match_signal(bus_, &watch, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                              "org.freedesktop.DBus", "NameOwnerChanged", serverLeft, this),
+          "watch the server");
+    while (!stop() && !serverLeft_) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
+        if (seconds && left <= 0) {
+            break;
+        }
+        int result = sd_bus_process(bus_, nullptr);
+        if (result == 0) {
+            result = sd_bus_wait(bus_, seconds ? static_cast<std::uint64_t>(left) : UINT64_MAX);
+        }
+        if (result < 0 && result != -EINTR) {
+            serverLeft_ = true;
+        }
+    }
+    sd_bus_slot_unref(watch);
+    return !serverLeft_;
+}
+
+int ServerClient::serverLeft(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    const char* name = nullptr;
+    const char* before = nullptr;
+    const char* after = nullptr;
+    if (sd_bus_message_read(message, "sss", &name, &before, &after) > 0 &&
+        std::strcmp(name, host::busName) == 0 && *after == '\0') {
+        static_cast<ServerClient*>(userdata)->serverLeft_ = true;
+    }
+    return 0;
+}
+
+} // namespace kintar::ctl

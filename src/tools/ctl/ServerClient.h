@@ -1,0 +1,77 @@
+// One connection to the server: its objects, members and values as text.
+#pragma once
+
+#include "host/BusMessage.h"
+#include "tools/ctl/InterfaceDescription.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kintar::ctl {
+
+/// An error that answered a call: its name on the bus, and what it says.
+class CallError : public std::runtime_error {
+public:
+    CallError(std::string name, const std::string& text)
+        : std::runtime_error(text), name_(std::move(name)) {}
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+private:
+    std::string name_;
+};
+
+/// A call waits as long as it takes: a message box of the server can be open meanwhile.
+/// Every member throws CallError where the server or the bus answers with an error, and UsageError
+/// where a value is not of the member's type.
+class ServerClient {
+public:
+    /// Throws CallError where there is no session bus.
+    ServerClient();
+    ServerClient(const ServerClient&) = delete;
+    ServerClient& operator=(const ServerClient&) = delete;
+    /// Leaves the bus, which ends what is left of its objects.
+    ~ServerClient();
+
+    [[nodiscard]] std::string version();
+    [[nodiscard]] std::vector<std::string> classes();
+    [[nodiscard]] std::string introspect(const std::string& path);
+
+    /// The path of a new object.
+    std::string create(const std::string& publicClass);
+    void release(const std::string& path);
+    /// Releases what it created and did not release, the youngest first; errors are dropped: the
+    /// objects end with the connection anyway.
+    void releaseAll();
+
+    void set(const std::string& path, const std::string& member, const std::string& value);
+    std::string get(const std::string& path, const std::string& member);
+    std::vector<std::pair<std::string, std::string>> getAll(const std::string& path);
+    /// Nothing where the method has no result.
+    std::optional<std::string> call(const std::string& path, const std::string& member,
+                                    const std::vector<std::string>& values);
+    /// The members of an object, asked for once.
+    const InterfaceDescription& interfaceOf(const std::string& path);
+
+    /// Serves the connection for a time, or for ever; returns early where `stop` says so, which is
+    /// asked after every signal of the process, and where the server has gone: false then.
+    bool hold(std::optional<double> seconds, const std::function<bool()>& stop);
+
+private:
+    host::BusMessage newCall(const std::string& path, const std::string& interface,
+                             const std::string& member);
+    host::BusMessage send(const host::BusMessage& call);
+    const MemberDescription& memberOf(const std::string& path, const std::string& member);
+    static int serverLeft(sd_bus_message* message, void* userdata, sd_bus_error* error);
+
+    sd_bus* bus_ = nullptr;
+    bool serverLeft_ = false;
+    std::vector<std::string> created_;
+    std::map<std::string, InterfaceDescription> interfaces_;
+};
+
+} // namespace kintar::ctl

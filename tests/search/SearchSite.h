@@ -1,0 +1,57 @@
+// A server on a site of a test's own, for tests that read a real database.
+#pragma once
+
+#include "companion/Log.h"
+#include "companion/Notices.h"
+#include "companion/SiteCompanion.h"
+#include "server/modGlobals.h"
+#include "support/FakeServer.h"
+#include "support/ScratchFolder.h"
+
+#include <sqlite3.h>
+#include <string>
+#include <vector>
+
+namespace kintar::search::testing {
+
+class RecordingLog final : public companion::Log {
+public:
+    void write(companion::LogLevel /*level*/, const std::string& line) override {
+        lines.push_back(line);
+    }
+    std::vector<std::string> lines;
+};
+
+class NoNotices final : public companion::Notices {
+public:
+    void writeFailed(const std::string& /*reason*/) override {}
+};
+
+/// An empty site, and the connection of another program that writes to it.
+class SearchSite {
+public:
+    SearchSite();
+    SearchSite(const SearchSite&) = delete;
+    SearchSite& operator=(const SearchSite&) = delete;
+    ~SearchSite();
+
+    /// Runs statements of the engine's own language, as another program does.
+    void foreign(const std::string& sql);
+
+    /// The shared state, started up on this site.
+    modGlobals& globals() { return globals_; }
+
+    RecordingLog log;
+
+private:
+    kintar::testing::ScratchFolder folder_;
+    sqlite3* foreign_ = nullptr;
+    NoNotices notices_;
+    companion::SiteCompanion companion_{log, notices_};
+    kintar::testing::Events events_;
+    kintar::testing::FakeApplication application_{events_};
+    kintar::testing::FakeTemporaryFolders temporaryFolders_{events_};
+    modGlobals globals_{companion_, application_, temporaryFolders_};
+};
+
+} // namespace kintar::search::testing

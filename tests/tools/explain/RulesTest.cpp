@@ -1,0 +1,111 @@
+#include "tools/explain/Rules.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace kintar::explain {
+namespace {
+
+Json ask(std::string_view rule, std::string_view line) {
+    const auto found = std::ranges::find(rules(), rule, &Rule::name);
+    EXPECT_NE(found, rules().end()) << rule;
+    return Json::parse(answerLine(*found, line));
+}
+
+std::string rawAnswer(std::string_view rule, std::string_view line) {
+    return answerLine(*std::ranges::find(rules(), rule, &Rule::name), line);
+}
+
+TEST(Explain, AnswersANumberInEachReading) {
+    EXPECT_EQ(rawAnswer("number", R"json({"id":1,"text":"30 days","reading":"leading"})json"),
+              R"json({"id":1,"value":30})json");
+    EXPECT_EQ(rawAnswer("number", R"json({"id":"a","text":" 0012 ","reading":"whole"})json"),
+              R"json({"id":"a","value":12})json");
+    EXPECT_EQ(rawAnswer("number", R"json({"id":2,"text":"12345678901234567890","reading":"numeric"})json"),
+              R"json({"id":2,"value":12345678901234567890})json");
+    EXPECT_EQ(ask("number", R"json({"id":3,"text":"abc","reading":"whole"})json")["error"],
+              "Run-time error '13': Type mismatch");
+    EXPECT_EQ(ask("number", R"json({"id":3,"text":"12,5","reading":"numeric"})json")["error"],
+              "not numeric");
+}
+
+TEST(Explain, ALineThatCannotBeReadGivesAnErrorWithItsId) {
+    EXPECT_EQ(ask("number", R"json({"id":7,"reading":"whole"})json")["error"], "'text' is missing");
+    EXPECT_EQ(ask("number", R"json({"id":7,"reading":"whole"})json")["id"], 7);
+    EXPECT_EQ(ask("number", R"json({"id":7,"text":5,"reading":"whole"})json")["error"],
+              "'text' is not a text");
+    EXPECT_TRUE(ask("number", "no JSON")["id"].is_null());
+    EXPECT_TRUE(ask("number", "no JSON").contains("error"));
+    EXPECT_TRUE(ask("number", "[1]").contains("error"));
+    EXPECT_TRUE(ask("number", "").contains("error"));
+    EXPECT_TRUE(
+        ask("number", "{\"id\":1,\"text\":\"\xFF\",\"reading\":\"whole\"}").contains("error"));
+}
+
+TEST(Explain, AnswersACardCommand) {
+    const Json answer = ask("card", R"json({"id":1,"enable":true,"locGrp":3,"code":"0012",
+        "now":"2012-03-14T17:05:00","locale":"en-US","ruleFile":"7\r\n18:00\r\n",
+        "existing":["^IMP1.txt","^IMP2.txt","^IMP4.txt"]})json");
+    EXPECT_EQ(answer["written"], true);
+    EXPECT_EQ(answer["stopDate"], "2012-03-21T18:00:00");
+    EXPECT_EQ(answer["fileName"], "^IMP3.txt");
+    EXPECT_EQ(answer["staging"], "I L3 NameID ^1^^^\r\nT Cards\r\nF Code ^0012^^^\r\n"
+                                 "F StopDate ^3/21/2012  18:00:00^^^\r\nW\r\n");
+}
+
+TEST(Explain, ACardWithoutANumberWritesNothing) {
+    const Json answer = ask("card", R"json({"id":1,"enable":false,"locGrp":3,"code":"0",
+        "now":"2012-03-14T17:05:00","locale":"de-DE","ruleFile":null,"existing":[]})json");
+    EXPECT_EQ(answer["written"], false);
+    EXPECT_EQ(answer["staging"], "");
+    EXPECT_TRUE(answer["fileName"].is_null());
+    EXPECT_EQ(answer["stopDate"], "2012-03-14T17:05:00");
+}
+
+TEST(Explain, AnswersTheDialectOrWhereItWentWrong) {
+    const Json answer = ask("dialect", R"json({"id":1,"engine":"sqlite",
+        "sql":"SELECT FileName FROM Images WHERE NameID = 17 AND ImgType = 2"})json");
+    EXPECT_EQ(answer["values"], Json::parse("[17,2]"));
+    EXPECT_TRUE(answer["text"].is_string());
+    const Json broken = ask("dialect", R"json({"id":1,"engine":"sqlite","sql":"SELECT FROM Images"})json");
+    EXPECT_EQ(broken["position"], 8);
+    EXPECT_TRUE(broken["error"].is_string());
+}
+
+TEST(Explain, AnswersTheNameQuery) {
+    EXPECT_EQ(ask("names", R"json({"id":1,"locGrp":3,"mode":0,"lastName":"O'Br","firstName":"",
+        "companyFilter":" AND [Names].Company IN (0, 4)"})json")["sql"],
+              "SELECT [Names].ID, ([Names].LName & ', ' & [Names].FName) as Name, Visitor, Trace, "
+              "Company.Name AS COMPNAME FROM [Names] LEFT JOIN Company ON [Names].LocGrp = "
+              "Company.LocGrp AND [Names].Company = Company.Company WHERE [Names].LocGrp = 3 AND "
+              "LName LIKE 'O''Br%' AND [Names].Company IN (0, 4) ORDER BY LName, FName");
+}
+
+TEST(Explain, AnswersTheSelectionAndWhatItsBuildersLeave) {
+    const Json answer = ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3,
+        "groupLocs":[7,8],"companyFilter":"","notUsedDays":"30","visitor":"true",
+        "companies":[{"data":1,"selected":true},{"data":4,"selected":true}],
+        "udf":[{"num":2,"name":"Car","value":"Blue"}],
+        "skills":[{"key":"3","selected":true},{"key":7,"selected":true}]})json");
+    EXPECT_EQ(answer["udfSql"],
+              "SELECT UDF.NameID FROM UDF WHERE Udf.LocGrp = 3 And Udf.NameID In (SELECT NameID "
+              "FROM UDF WHERE UdfNum = 2 AND UdfText LIKE 'Blue%'))");
+    EXPECT_EQ(answer["skillSql"], "SELECT Skills.NameID FROM Skills WHERE SkillID IN (3)");
+    EXPECT_EQ(answer["cardSql"],
+              "SELECT NameID FROM Cards WHERE LocGrp = 3 And DlFlag <> 2 AND ID IN (SELECT CardID "
+              "FROM LocCards WHERE Loc IN (7,8) AND LastDate <= #02/13/2012 23:59:59#)");
+    EXPECT_EQ(answer["locationQuery"], "SELECT Loc FROM Loc WHERE LocGrp = 3");
+    EXPECT_EQ(answer["companyFilterAsked"], false);
+    EXPECT_EQ(answer["after"]["companies"],
+              Json::parse(R"json([{"data":1,"selected":true},{"data":4,"selected":false}])json"));
+    EXPECT_EQ(answer["after"]["skills"],
+              Json::parse(R"json([{"key":"3","selected":false},{"key":7,"selected":true}])json"));
+    EXPECT_EQ(answer["after"]["visitor"], "either");
+    EXPECT_EQ(answer["after"]["udf"][0]["value"], "");
+}
+
+} // namespace
+} // namespace kintar::explain
