@@ -3,16 +3,21 @@
 
 #include "companion/Log.h"
 #include "companion/SiteCompanion.h"
+#include "companion/SqliteReportDatabases.h"
+#include "display/AlarmWindows.h"
 #include "display/Display.h"
 #include "host/composition/OperatorNotices.h"
 #include "platform/PosixFiles.h"
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
+#include "platform/qt/CupsPrinters.h"
 #include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
 #include "platform/qt/PhotoLoader.h"
+#include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtWindowRequests.h"
 #include "platform/qt/WindowApplication.h"
+#include "reports/ReportWindows.h"
 #include "search/NameSearchWindows.h"
 #include "server/ClassTable.h"
 #include "server/modGlobals.h"
@@ -44,9 +49,14 @@ private:
     platform::PosixFiles files_;
     platform::SystemClock clock_;
     platform::QtWindowRequests windows_;
+    platform::CupsPrinters printers_;
+    platform::QtEventLoop loop_;
+    companion::SqliteReportDatabases reportDatabases_;
     modGlobals globals_;
     platform::DesktopBrowser browser_;
     Display display_;
+    AlarmWindows alarm_;
+    ReportWindows reports_;
     search::NameSearchWindows nameSearch_;
 };
 

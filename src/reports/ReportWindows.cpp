@@ -1,10 +1,10 @@
-#include "reports/Reports.h"
+#include "reports/ReportWindows.h"
 
 #include <utility>
 
 namespace kintar {
 
-Reports::Reports(ReportServices services)
+ReportWindows::ReportWindows(ReportServices services)
     : services_(std::move(services)), prnRpt_([this] {
           auto form = platform::FormWindow::make<frmPrnRpt>(services_);
           form->onClose([this] { prnRpt_.unload(); });
@@ -13,13 +13,22 @@ Reports::Reports(ReportServices services)
     services_.globals.forms.place(FormId::frmPrnRpt, prnRpt_);
 }
 
-Reports::~Reports() {
-    cancel();
+ReportWindows::~ReportWindows() {
+    job_.reset();
+    services_.printers.cancel();
     prnRpt_.unload();
     services_.globals.forms.remove(FormId::frmPrnRpt);
 }
 
-void Reports::print(const StoredPrintRequest& request, Progress progress, Ended ended) {
+void ReportWindows::print(const StoredPrintRequest& request, PrintProgress progress, PrintEnded ended) {
+    waiting_.push_back({request, std::move(progress), std::move(ended)});
+    if (waiting_.size() == 1) {
+        serveNext();
+    }
+}
+
+void ReportWindows::serveNext() {
+    const Waiting& served = waiting_.front();
     job_ = std::make_unique<reports::PrintJob>(
         reports::PrintWorld{services_.globals, services_.files, services_.printers, services_.loop,
                             [this]() -> reports::ReportForm& { return prnRpt_.get(); },
@@ -28,16 +37,18 @@ void Reports::print(const StoredPrintRequest& request, Progress progress, Ended 
                                     services_.globals, services_.databases, services_.files,
                                     services_.clock, services_.application);
                             }},
-        request, std::move(progress), std::move(ended));
+        served.request, served.progress, [this](const std::string& error) {
+            const Waiting done = std::move(waiting_.front());
+            waiting_.pop_front();
+            if (!waiting_.empty()) {
+                services_.loop.later([this] { serveNext(); });
+            }
+            done.ended(error);
+        });
     job_->start();
 }
 
-void Reports::cancel() {
-    job_.reset();
-    services_.printers.cancel();
-}
-
-PublicClass Reports::publicClass() {
+PublicClass ReportWindows::publicClass() {
     return objInRpt::describe(services_.globals, services_.databases, services_.files,
                               services_.clock, services_.application);
 }
