@@ -3,7 +3,7 @@
 namespace kintar {
 
 AlarmWindows::AlarmWindows(modGlobals& globals, platform::WindowRequests& requests,
-             platform::SettingsStore& settings)
+                           platform::SettingsStore& settings)
     : globals_(globals), popUp_([this, &requests, &settings] {
           auto form = platform::FormWindow::make<frmAlarmPopUp>(globals_, requests, settings);
           form->onClose([this] { popUp_.unload(); });

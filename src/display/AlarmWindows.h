@@ -12,7 +12,7 @@ namespace kintar {
 class AlarmWindows {
 public:
     AlarmWindows(modGlobals& globals, platform::WindowRequests& requests,
-          platform::SettingsStore& settings);
+                 platform::SettingsStore& settings);
     AlarmWindows(const AlarmWindows&) = delete;
     AlarmWindows& operator=(const AlarmWindows&) = delete;
     ~AlarmWindows();

@@ -157,18 +157,14 @@ void OverrideEditor::FormToRecord() {
 
 bool OverrideEditor::ValidateEntry() {
     FormToRecord();
-    if (minutesBetween(schedule_->StartDate(), schedule_->StopDate()) < 1) {
-        // The error text is not set back: after a missing command it stays that one, meant so.
-        ShowError();
-        return false;
-    }
-    if (schedule_->StartCmd() == 0 || schedule_->StopCmd() == 0) {
+    const OverrideVerdict verdict = validateOverride(*schedule_);
+    if (verdict == OverrideVerdict::Command) {
+        // Never set back: a wrong date after a missing command shows this text again, meant so.
         errorText_ = texts_.missingCommand();
+    }
+    if (verdict != OverrideVerdict::Valid) {
         ShowError();
         return false;
-    }
-    if (schedule_->IsAdd() || schedule_->Status() == 0) {
-        schedule_->Status(1);
     }
     return true;
 }
@@ -177,22 +173,8 @@ bool OverrideEditor::cmdOK() {
     if (!schedule_ || !ValidateEntry()) {
         return false;
     }
-    schedule_->Save();
-    saveAdditionalDays();
+    saveOverride(*schedule_, start.time.slider, stop.time.slider, days_);
     return true;
-}
-
-void OverrideEditor::saveAdditionalDays() {
-    while (!days_.empty()) {
-        const AdditionalDay& day = days_.front();
-        schedule_->IsAdd(true);
-        schedule_->StartDate(OverrideTime{day.start, start.time.slider}.moment());
-        schedule_->StopDate(OverrideTime{day.stop, stop.time.slider}.moment());
-        if (minutesBetween(schedule_->StartDate(), schedule_->StopDate()) >= 1) {
-            schedule_->Save();
-        }
-        days_.erase(days_.begin());
-    }
 }
 
 void OverrideEditor::cmdDelete() {

@@ -1,6 +1,7 @@
 // What the override editor does, without its window: the schedule shown, the browsing, the checks.
 #pragma once
 
+#include "overrides/OverrideAcceptance.h"
 #include "overrides/OverrideCommands.h"
 #include "overrides/OverridePoint.h"
 #include "overrides/OverrideServices.h"
@@ -15,13 +16,6 @@
 #include <vector>
 
 namespace kintar {
-
-/// One row of the additional days: dates without times.
-struct AdditionalDay {
-    std::string key; ///< "ID" and a number
-    DateTime start;
-    DateTime stop;
-};
 
 /// One side of a schedule as the window shows it.
 struct OverrideSide {
@@ -98,7 +92,6 @@ private:
     /// Both the start's check and the stop's: they differ in nothing but their side.
     void CheckTime(OverrideSide& side);
     void showTime(OverrideSide& side, OverrideTime time);
-    void saveAdditionalDays();
     [[nodiscard]] std::string generalNow() const;
     [[nodiscard]] OverrideOffsets offsets() const;
     void showZone(const objOvrSchedule& schedule);

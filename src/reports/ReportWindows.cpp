@@ -20,7 +20,8 @@ ReportWindows::~ReportWindows() {
     services_.globals.forms.remove(FormId::frmPrnRpt);
 }
 
-void ReportWindows::print(const StoredPrintRequest& request, PrintProgress progress, PrintEnded ended) {
+void ReportWindows::print(const StoredPrintRequest& request, PrintProgress progress,
+                          PrintEnded ended) {
     waiting_.push_back({request, std::move(progress), std::move(ended)});
     if (waiting_.size() == 1) {
         serveNext();

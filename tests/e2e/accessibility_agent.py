@@ -61,6 +61,16 @@ def text_of(node):
         return node.name
 
 
+def item_of(node, name):
+    """The first cell or item of a list with that text, and where it is; or nothing."""
+    for i in range(min(node.childCount, 2000)):
+        child = node[i]
+        if child is not None and child.name == name:
+            extents = child.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            return [extents.x, extents.y, extents.width, extents.height]
+    return None
+
+
 def answer(request):
     node = find(request["control"], request.get("window"))
     if node is None:
@@ -88,6 +98,7 @@ def answer(request):
         "checked": states.contains(pyatspi.STATE_CHECKED),
         "extents": [extents.x, extents.y, extents.width, extents.height],
         "actions": actions,
+        "item": item_of(node, request["item"]) if "item" in request else None,
         "children": [child.name for child in list(node)[:200] if child is not None],
     }
 

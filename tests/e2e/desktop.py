@@ -38,7 +38,7 @@ class Instance:
         self._properties = dbus.Interface(self.proxy, PROPERTIES)
 
     def set(self, member, value):
-        self._properties.Set(self.interface, member, value)
+        self._properties.Set(self.interface, member, value, signature="ssv")
 
     def get(self, member):
         return self._properties.Get(self.interface, member)
@@ -304,6 +304,28 @@ class Accessible:
     def click(self, control, times=1):
         left, top, width, height = self.await_control(control)["extents"]
         self._desktop.click(left + width // 2, top + height // 2, times)
+
+    def items(self, control):
+        """The texts of a list's headings and cells, row by row."""
+        return self.ask(control).get("children", [])
+
+    def click_item(self, control, name, times=1):
+        """Clicks the first heading or cell of a list with that text."""
+        found = await_true(
+            lambda: self.ask(control, item=name).get("item"), what=f"{name} in {control}"
+        )
+        left, top, width, height = found
+        self._desktop.click(left + min(width // 2, 20), top + height // 2, times)
+
+    def press(self, control):
+        """Presses a button by its accessible action."""
+        self.await_control(control)
+        self.ask(control, action="Press")
+
+    def enter(self, control, value):
+        """Sets the text of a text box."""
+        self.await_control(control)
+        self.ask(control, value=value)
 
     def double_click(self, control):
         self.click(control, times=2)

@@ -5,11 +5,13 @@
 #include "companion/SiteCompanion.h"
 #include "companion/SqliteReportDatabases.h"
 #include "display/AlarmWindows.h"
-#include "display/Display.h"
+#include "display/DisplayWindows.h"
 #include "host/composition/OperatorNotices.h"
+#include "overrides/Overrides.h"
 #include "platform/PosixFiles.h"
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
+#include "platform/SystemZones.h"
 #include "platform/qt/CupsPrinters.h"
 #include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
@@ -19,6 +21,7 @@
 #include "platform/qt/WindowApplication.h"
 #include "reports/ReportWindows.h"
 #include "search/NameSearchWindows.h"
+#include "search/SelectionWindows.h"
 #include "server/ClassTable.h"
 #include "server/modGlobals.h"
 
@@ -40,6 +43,7 @@ public:
     companion::Log& log() { return log_; }
 
 private:
+    LocaleFormats formats_;
     companion::StandardErrorLog log_;
     OperatorNotices notices_;
     companion::SiteCompanion companion_;
@@ -54,10 +58,13 @@ private:
     companion::SqliteReportDatabases reportDatabases_;
     modGlobals globals_;
     platform::DesktopBrowser browser_;
-    Display display_;
+    platform::SystemZones zones_;
+    DisplayWindows display_;
     AlarmWindows alarm_;
     ReportWindows reports_;
+    search::SelectionWindows selection_;
     search::NameSearchWindows nameSearch_;
+    Overrides overrides_;
 };
 
 /// "4.4.12".

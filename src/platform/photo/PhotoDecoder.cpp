@@ -1,16 +1,37 @@
 #include "platform/photo/PhotoDecoder.h"
 
-#include <QByteArrayList>
+#include <QByteArray>
 #include <QFile>
 #include <QImageReader>
+
+#include <array>
 
 namespace kintar::platform {
 
 namespace {
 
-bool isPhotoFormat(const QByteArray& format) {
-    static const QByteArrayList known{"jpeg", "jpg", "png", "bmp", "tif", "tiff", "gif", "webp"};
-    return known.contains(format.toLower());
+/// The format that a file begins as; empty: none that a photo may have. Readers of other formats
+/// never see the file.
+QByteArray formatOf(QIODevice& file) {
+    const QByteArray start = file.peek(12);
+    struct Format {
+        QByteArrayView start;
+        const char* name;
+    };
+    constexpr std::array known{
+        Format{"\xFF\xD8\xFF", "jpeg"},
+        Format{"\x89PNG\r\n\x1A\n", "png"},
+        Format{"BM", "bmp"},
+        Format{"GIF8", "gif"},
+        Format{{"II*\0", 4}, "tiff"},
+        Format{{"MM\0*", 4}, "tiff"},
+    };
+    for (const Format& format : known) {
+        if (start.startsWith(format.start)) {
+            return format.name;
+        }
+    }
+    return start.startsWith("RIFF") && start.endsWith("WEBP") ? "webp" : QByteArray();
 }
 
 /// The size to decode at, before the photo is turned upright; never larger than the file's own.
@@ -35,13 +56,13 @@ QImage decodePhoto(int descriptor, QSize box) {
         !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::DontCloseHandle)) {
         return {};
     }
-    QImageReader reader;
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    reader.setDevice(&file);
-    if (!reader.canRead() || !isPhotoFormat(reader.format())) {
+    const QByteArray format = formatOf(file);
+    if (format.isEmpty()) {
         return {};
     }
+    QImageReader reader(&file, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
     const QSize size = decodedSize(reader, box);
     if (size.isValid()) {
         reader.setScaledSize(size);

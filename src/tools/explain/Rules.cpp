@@ -55,12 +55,29 @@ const std::vector<Rule>& rules() {
         {"names", "in: locGrp, mode, lastName, firstName, companyFilter; out: sql", applyNames},
         {"number", "in: text, reading (leading, whole, numeric); out: value, or error",
          applyNumber},
+        {"override-accept",
+         "in: the record's fields (ID, PointID, PointType, StartCmd, StartDate, StopCmd, StopDate, "
+         "Opr, OprID, Status, IsAdd), startSlider, stopSlider, additionalDays (start, stop), zone, "
+         "useDst, locationRow; out: outcome (ok, dates, command), statements",
+         applyOverrideAccept},
+        {"override-correction",
+         "in: isAdd, now, locTimeDiff, sysTimeDiff, date, slider (0 to 95); out: date, slider, "
+         "moment",
+         applyOverrideCorrection},
+        {"override-save",
+         "in: the record's fields, zone (absent: the point has no location), useDst, record; out: "
+         "sql (null: none was run), result, after",
+         applyOverrideSave},
         {"selection",
          "in: today, locGrp, groupLocs, companyFilter and the criteria (lastName, firstName, "
          "companies, visitor, trace, guardTour, status, cardCode, cardNum, startLow, startHigh, "
          "stopLow, stopHigh, notUsedDays, udf, skills); out: sql and the parts it was joined of, "
          "and the input as the builders leave it",
          applySelection},
+        {"zone",
+         "in: zone, useDst, toUtc, moment, and record (bias, standardBias, daylightBias, "
+         "standardDate, daylightDate) in place of the system's; out: moment, ok",
+         applyZone},
     };
     return table;
 }

@@ -65,6 +65,10 @@ std::vector<Json> objects(const Json& input, const char* field);
 /// `en-US` where the field is absent.
 LocaleFormats locale(const Json& input, const char* field);
 
+void applyZone(const Json& input, Answer& answer);
+void applyOverrideSave(const Json& input, Answer& answer);
+void applyOverrideCorrection(const Json& input, Answer& answer);
+void applyOverrideAccept(const Json& input, Answer& answer);
 void applyNumber(const Json& input, Answer& answer);
 void applyCard(const Json& input, Answer& answer);
 void applyDialect(const Json& input, Answer& answer);
