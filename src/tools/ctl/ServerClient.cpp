@@ -192,7 +192,8 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
     check(sd_bus_match_signal(bus_, &watch, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                               "org.freedesktop.DBus", "NameOwnerChanged", serverLeft, this),
           "watch the server");
-    while (!stop() && !serverLeft_) {
+    // In this order: what `stop` asks a server that has gone would start another one.
+    while (!serverLeft_ && !stop()) {
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
         if (seconds && left <= 0) {
