@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+#include <algorithm>
+
 namespace kintar {
 namespace {
 
@@ -37,15 +39,16 @@ const char* captionOf(OverrideCommand command) {
 
 } // namespace
 
-OverrideSideFrame::OverrideSideFrame(const Names& names, const std::string& shortDate,
+OverrideSideFrame::OverrideSideFrame(const Names& names, const OverrideTexts& texts,
                                      QWidget* parent)
     : QGroupBox(QString::fromLatin1(names.title), parent), names_(names) {
     platform::nameControl(*this, names.frame, "frame", title());
     auto* layout = new QGridLayout(this);
     layout->setColumnStretch(1, 1);
     makeOptions(*layout);
-    makeDate(*layout, shortDate);
+    makeDate(*layout, texts.formats().shortDate);
     makeTime(*layout);
+    reserveReadout(texts);
 }
 
 QLabel* OverrideSideFrame::newLabel(const char* name, const QString& text) {
@@ -110,40 +113,63 @@ void OverrideSideFrame::makeTime(QGridLayout& layout) {
     layout.setRowStretch(3, 1);
 }
 
-void OverrideSideFrame::completeEntry() {
-    date_->interpretText();
+void OverrideSideFrame::reserveReadout(const OverrideTexts& texts) {
+    // A fixed size: whichever time is shown, nothing is laid out anew.
+    int widest = 0;
+    for (int step = 0; step <= lastStep; ++step) {
+        const QString readout = platform::oneLine(texts.readout(step));
+        widest = std::max(widest, readout_->fontMetrics().horizontalAdvance(readout));
+    }
+    readout_->setFixedSize(widest, readout_->sizeHint().height());
 }
 
-void OverrideSideFrame::displayOption(QRadioButton& option, OverrideCommand command,
-                                      const OverrideOptions& options) {
-    const bool available = options.isAvailable(command);
-    const bool selected = options.selected() == command;
-    option.setEnabled(available);
-    // What is selected is seen, also where it cannot be chosen any more.
-    option.setVisible(available || selected);
-    option.setChecked(selected);
+void OverrideSideFrame::completeEntry() {
+    completeDate(*date_);
+}
+
+void OverrideSideFrame::displayOptions(const OverrideOptions& options) {
+    for (std::size_t i = 0; i < options_.size(); ++i) {
+        QRadioButton& option = *options_[i];
+        const bool available = options.isAvailable(overrideCommands[i]);
+        const bool selected = options.selected() == overrideCommands[i];
+        option.setEnabled(available);
+        // What is selected is seen, also where it cannot be chosen any more.
+        option.setVisible(available || selected);
+        if (selected) {
+            option.setChecked(true);
+        }
+        // The keyboard enters the group at its selection and moves in it with the arrow keys.
+        const bool isEntry = options.selected() == OverrideCommand::None || selected;
+        option.setFocusPolicy(isEntry ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void OverrideSideFrame::uncheckAll() {
+    for (QRadioButton* option : options_) {
+        option->setAutoExclusive(false); // or the last one would stay checked
+        option->setChecked(false);
+        option->setAutoExclusive(true);
+    }
 }
 
 void OverrideSideFrame::display(const OverrideSide& side) {
     const QSignalBlocker dateBlocker(date_);
     const QSignalBlocker sliderBlocker(slider_);
-    date_->setDate(toQDate(side.time.date));
+    if (const QDate date = toQDate(side.time.date); date_->date() != date) {
+        date_->setDate(date);
+    }
     slider_->setValue(side.time.slider);
     const QString readout = platform::oneLine(side.readout);
-    readout_->setText(readout);
-    readout_->setAccessibleName(readout);
-    slider_->setToolTip(platform::tooltipText(side.readout));
-    slider_->setAccessibleName(title() + QStringLiteral(" Time ") + readout);
-    // One by one: while a selection changes, for a moment none may be checked.
-    for (QRadioButton* option : options_) {
-        option->setAutoExclusive(false);
+    if (readout_->text() != readout) {
+        readout_->setText(readout);
+        readout_->setAccessibleName(readout);
+        slider_->setToolTip(platform::tooltipText(side.readout));
+        slider_->setAccessibleName(title() + QStringLiteral(" Time ") + readout);
     }
-    for (std::size_t i = 0; i < options_.size(); ++i) {
-        displayOption(*options_[i], overrideCommands[i], side.options);
+    if (side.options.selected() == OverrideCommand::None) {
+        uncheckAll();
     }
-    for (QRadioButton* option : options_) {
-        option->setAutoExclusive(true);
-    }
+    displayOptions(side.options);
 }
 
 } // namespace kintar

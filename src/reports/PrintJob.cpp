@@ -20,8 +20,8 @@ std::string grouped(std::size_t number) {
 
 } // namespace
 
-PrintJob::PrintJob(PrintWorld world, StoredPrintRequest request, ReportPrinting::Progress progress,
-                   ReportPrinting::Ended ended)
+PrintJob::PrintJob(PrintWorld world, StoredPrintRequest request, PrintProgress progress,
+                   PrintEnded ended)
     : world_(std::move(world)), request_(request), progress_(std::move(progress)),
       ended_(std::move(ended)), self_(std::make_shared<PrintJob*>(this)) {}
 
@@ -58,7 +58,7 @@ void PrintJob::next(Step step) {
 }
 
 void PrintJob::end(const std::string& error) {
-    const ReportPrinting::Ended ended = ended_;
+    const PrintEnded ended = ended_;
     *self_ = nullptr;
     ended(error); // the job may be gone now
 }

@@ -3,9 +3,9 @@
 
 #include "platform/Platform.h"
 #include "platform/Printers.h"
+#include "reports/PrintRequest.h"
 #include "reports/ReportForm.h"
 #include "reports/objInRpt.h"
-#include "server/PrintRequests.h"
 #include "server/modGlobals.h"
 
 #include <functional>
@@ -29,8 +29,8 @@ struct PrintWorld {
 /// rest, and `ended` is not called.
 class PrintJob {
 public:
-    PrintJob(PrintWorld world, StoredPrintRequest request, ReportPrinting::Progress progress,
-             ReportPrinting::Ended ended);
+    PrintJob(PrintWorld world, StoredPrintRequest request, PrintProgress progress,
+             PrintEnded ended);
     PrintJob(const PrintJob&) = delete;
     PrintJob& operator=(const PrintJob&) = delete;
     ~PrintJob();
@@ -54,8 +54,8 @@ private:
 
     PrintWorld world_;
     StoredPrintRequest request_;
-    ReportPrinting::Progress progress_;
-    ReportPrinting::Ended ended_;
+    PrintProgress progress_;
+    PrintEnded ended_;
     platform::PrinterList printers_;
     std::unique_ptr<objInRpt> inRpt_;
     /// Set to nothing when the job goes: what comes later sees that.

@@ -25,9 +25,11 @@ struct NameSearchNeighbours {
     std::function<QWidget&(std::int32_t locGrp, CalledFrom& opener)> showCriteria;
     /// Sets the board's group and statement, loads its list and shows it modeless.
     std::function<void(std::int32_t locGrp, const std::string& sql, bool showUdfs)> showBoard;
-    /// Prints a request: 1 the card status report, 2 who is in at a location. Calls `ended`, once,
-    /// with why nothing was printed, or an empty text.
+    /// Prints a request: 1 the card status report, 2 who is in at a location. Calls `progress` with
+    /// a line for the operator now and then, and `ended`, once, with why nothing was printed, or an
+    /// empty text.
     std::function<void(std::int16_t request, std::int32_t loc,
+                       std::function<void(const std::string& text)> progress,
                        std::function<void(const std::string& error)> ended)>
         print;
 };

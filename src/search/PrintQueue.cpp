@@ -7,7 +7,8 @@
 
 namespace kintar::search {
 
-PrintQueue::PrintQueue(NameSearchSurroundings& surroundings) : surroundings_(surroundings) {
+PrintQueue::PrintQueue(NameSearchSurroundings& surroundings, ShowStatus showStatus)
+    : surroundings_(surroundings), showStatus_(std::move(showStatus)) {
     platform::nameControl(timer_, "Timer1", "timer");
     timer_.setInterval(1);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
@@ -50,16 +51,28 @@ void PrintQueue::tick() {
             printed(request, error);
         }
     };
+    const auto progress = [this, alive](const std::string& text) {
+        if (!alive.expired()) {
+            show(text);
+        }
+    };
     try {
-        surroundings_.neighbours.print(request, loc_, ended);
+        surroundings_.neighbours.print(request, loc_, progress, ended);
     } catch (const std::exception& error) {
         surroundings_.globals.reportError(error, "frmNameSearch/Timer1");
         ended(error.what());
     }
 }
 
+void PrintQueue::show(const std::string& text) const {
+    if (showStatus_) {
+        showStatus_(text);
+    }
+}
+
 void PrintQueue::printed(std::int16_t request, const std::string& error) {
     printing_ = false;
+    show(error.empty() ? "Sent to the printer." : error);
     if (request_ != 0) {
         timer_.start();
     }

@@ -6,7 +6,9 @@
 #include <QTimer>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace kintar::search {
 
@@ -18,8 +20,11 @@ public:
     static constexpr std::int16_t statusReport = 1;
     static constexpr std::int16_t whoIsIn = 2;
 
+    /// A line of the form's, for how far a print request is and why it failed.
+    using ShowStatus = std::function<void(const std::string& text)>;
+
     /// The surroundings outlive this.
-    explicit PrintQueue(NameSearchSurroundings& surroundings);
+    explicit PrintQueue(NameSearchSurroundings& surroundings, ShowStatus showStatus = {});
     PrintQueue(const PrintQueue&) = delete;
     PrintQueue& operator=(const PrintQueue&) = delete;
     ~PrintQueue() = default;
@@ -33,9 +38,11 @@ public:
 
 private:
     void tick();
+    void show(const std::string& text) const;
     void printed(std::int16_t request, const std::string& error);
 
     NameSearchSurroundings& surroundings_;
+    ShowStatus showStatus_;
     QTimer timer_;
     std::int16_t request_ = 0; ///< 0: none waits
     std::int32_t loc_ = 0;

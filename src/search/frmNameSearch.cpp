@@ -32,7 +32,9 @@ frmNameSearch::frmNameSearch(NameSearchSurroundings& surroundings)
     : FormWindow("frmNameSearch"), surroundings_(surroundings), globals_(surroundings.globals),
       controls_(*this, surroundings.photos),
       fill_([this] { handle("PopulateListView", [this] { fillEnded(); }); }),
-      prints_(surroundings) {
+      prints_(surroundings, [this](const std::string& text) {
+          controls_.setStatusLine(platform::oneLine(text));
+      }) {
     setWindowTitle(QStringLiteral("Search Names"));
     controls_.lvList->setModel(&model_);
     connectControls();

@@ -183,7 +183,7 @@ TEST_F(NameSearch, PrintRequestsReturnAtOnceAndAreTakenUpByTheTimer) {
     object = twins.create();
     twins.takeEvents();
     std::vector<std::pair<int, int>> printed;
-    twins.surroundings.neighbours.print = [&](std::int16_t request, std::int32_t loc,
+    twins.surroundings.neighbours.print = [&](std::int16_t request, std::int32_t loc, const auto&,
                                               const auto& ended) {
         printed.emplace_back(request, loc);
         ended("");
@@ -203,9 +203,8 @@ TEST_F(NameSearch, ARequestThatArrivesWhilePrintingWaitsItsTurn) {
     object = twins.create();
     twins.takeEvents();
     std::vector<std::function<void(const std::string&)>> running;
-    twins.surroundings.neighbours.print = [&](std::int16_t, std::int32_t, const auto& ended) {
-        running.push_back(ended);
-    };
+    twins.surroundings.neighbours.print = [&](std::int16_t, std::int32_t, const auto&,
+                                              const auto& ended) { running.push_back(ended); };
     object->PrintStatus();
     ASSERT_TRUE(runUntil([&] { return running.size() == 1; }));
     object->PrintWhoIsIn(11);

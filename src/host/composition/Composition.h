@@ -3,6 +3,8 @@
 
 #include "companion/Log.h"
 #include "companion/SiteCompanion.h"
+#include "companion/SqliteReportDatabases.h"
+#include "display/AlarmWindows.h"
 #include "display/DisplayWindows.h"
 #include "host/composition/OperatorNotices.h"
 #include "overrides/Overrides.h"
@@ -10,11 +12,14 @@
 #include "platform/PosixTemporaryFolders.h"
 #include "platform/SystemClock.h"
 #include "platform/SystemZones.h"
+#include "platform/qt/CupsPrinters.h"
 #include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
 #include "platform/qt/PhotoLoader.h"
+#include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtWindowRequests.h"
 #include "platform/qt/WindowApplication.h"
+#include "reports/ReportWindows.h"
 #include "search/NameSearchWindows.h"
 #include "search/SelectionWindows.h"
 #include "server/ClassTable.h"
@@ -48,10 +53,15 @@ private:
     platform::PosixFiles files_;
     platform::SystemClock clock_;
     platform::QtWindowRequests windows_;
+    platform::CupsPrinters printers_;
+    platform::QtEventLoop loop_;
+    companion::SqliteReportDatabases reportDatabases_;
     modGlobals globals_;
     platform::DesktopBrowser browser_;
     platform::SystemZones zones_;
     DisplayWindows display_;
+    AlarmWindows alarm_;
+    ReportWindows reports_;
     search::SelectionWindows selection_;
     search::NameSearchWindows nameSearch_;
     Overrides overrides_;

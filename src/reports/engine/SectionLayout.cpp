@@ -7,7 +7,8 @@ namespace {
 
 constexpr double cellGap = 4; ///< points between the text of one cell and the next cell
 constexpr double linePadding = 1.5;
-constexpr double boxOfLine = 0.75; ///< a tick box's side, of its line's height
+constexpr double aboveBaseline = 0.79; ///< of a line's height
+constexpr double boxOfLine = 0.75;     ///< a tick box's side, of its line's height
 constexpr std::uint32_t paper = 0xFFFFFF;
 constexpr double percent = 100;
 
@@ -38,9 +39,15 @@ void SectionLayout::addLine(const Line& line, const TextPlace& place, LaidOut& o
         out.items.push_back(
             {ItemKind::Fill, 0, out.height, width_, 0, {}, 0, Align::Start, line.background});
     }
+    double highest = 0;
+    for (const Cell& cell : line.cells) {
+        highest = std::max(highest, measure_.lineHeight(cell.style));
+    }
     double height = 0;
     for (const Cell& cell : line.cells) {
-        height = std::max(height, addCell(cell, place, out));
+        // Texts of different sizes stand on one line, not under one.
+        const double lower = (highest - measure_.lineHeight(cell.style)) * aboveBaseline;
+        height = std::max(height, lower + addCell(cell, place, lower, out));
     }
     height += 2 * linePadding;
     if (line.background != paper) {
@@ -49,10 +56,11 @@ void SectionLayout::addLine(const Line& line, const TextPlace& place, LaidOut& o
     out.height += height;
 }
 
-double SectionLayout::addCell(const Cell& cell, const TextPlace& place, LaidOut& out) const {
+double SectionLayout::addCell(const Cell& cell, const TextPlace& place, double lower,
+                              LaidOut& out) const {
     const double lineHeight = measure_.lineHeight(cell.style);
     const double left = width_ * cell.left / percent;
-    double top = out.height + linePadding;
+    double top = out.height + linePadding + lower;
     if (cell.box) {
         const double side = lineHeight * boxOfLine;
         out.items.push_back({ItemKind::Box,

@@ -43,7 +43,8 @@ public:
 
 private:
     void addLine(const Line& line, const TextPlace& place, LaidOut& out) const;
-    [[nodiscard]] double addCell(const Cell& cell, const TextPlace& place, LaidOut& out) const;
+    [[nodiscard]] double addCell(const Cell& cell, const TextPlace& place, double lower,
+                                 LaidOut& out) const;
 
     ReportText text_;
     TextMeasure& measure_;

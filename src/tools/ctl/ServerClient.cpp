@@ -46,7 +46,7 @@ host::BusMessage ServerClient::newCall(const std::string& path, const std::strin
 }
 
 host::BusMessage ServerClient::send(const host::BusMessage& call) {
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};
     sd_bus_message* answer = nullptr;
     const int result = sd_bus_call(bus_, call.get(), UINT64_MAX, &error, &answer);
     if (result < 0) {
@@ -192,7 +192,8 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
     check(sd_bus_match_signal(bus_, &watch, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                               "org.freedesktop.DBus", "NameOwnerChanged", serverLeft, this),
           "watch the server");
-    while (!stop() && !serverLeft_) {
+    // In this order: what `stop` asks a server that has gone would start another one.
+    while (!serverLeft_ && !stop()) {
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
         if (seconds && left <= 0) {

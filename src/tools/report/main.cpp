@@ -5,6 +5,7 @@
 #include "tools/report/ReportMaker.h"
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 
 #include <cstdio>
 #include <cstdlib>
@@ -89,6 +90,8 @@ int main(int argc, char** argv) {
     if (!options) {
         return status;
     }
+    // What the toolkit has to say about fonts is nothing for a script's log.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.warning=false"));
     // Fonts are needed, a display is not.
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const QGuiApplication application(argc, argv);

@@ -1,6 +1,7 @@
 #include "tools/site/SiteMaker.h"
 
 #include "tools/site/Plan.h"
+#include "tools/site/ReportFiles.h"
 #include "tools/site/SiteError.h"
 
 #include <algorithm>
@@ -133,6 +134,7 @@ void writeFiles(const fs::path& root, const SiteOptions& options, const PhotoMak
     const fs::path data = root / dataFolder;
     fs::create_directories(data / imagesFolder);
     fs::create_directory(root / reportsFolder);
+    writeReportFiles(root / reportsFolder);
     fs::create_directory(root / errorsFolder);
     const Persons persons(options.seed, options.photos);
     std::vector<Person> people;

@@ -1,0 +1,226 @@
+#include "reports/frmPrnRpt.h"
+
+#include "base/RunTimeError.h"
+#include "reports/ReportView.h"
+#include "reports/engine/qt/PdfExport.h"
+#include "server/IgnoringErrors.h"
+
+#include <QFileDialog>
+#include <QPointer>
+#include <QResizeEvent>
+
+#include <algorithm>
+#include <utility>
+
+namespace kintar {
+namespace {
+
+constexpr std::size_t reportFileLimit = std::size_t{4} << 20U;
+constexpr int viewWidth = 1000;
+constexpr int viewHeight = 800;
+
+} // namespace
+
+frmPrnRpt::frmPrnRpt(const ReportServices& services)
+    : FormWindow("frmPrnRpt"), services_(services) {
+    setWindowTitle(QStringLiteral("Print Report"));
+    crv_ = new reports::ReportView;
+    crv_->setParent(this);
+    crv_->setVisible(false);
+    crv_->onPrint([this] { PrintRpt(); });
+    crv_->onExport([this] { exportWhereTheOperatorSays(); });
+}
+
+frmPrnRpt::~frmPrnRpt() = default;
+
+void frmPrnRpt::Load() {
+    resize(viewWidth, viewHeight);
+    crv_->move(0, 0);
+}
+
+void frmPrnRpt::Unload() {
+    viewWorker_.cancel();
+    for (const Running& each : std::exchange(running_, {})) {
+        services_.loop.later(
+            [printed = each.printed] { printed("The report was closed before it was printed."); });
+    }
+}
+
+void frmPrnRpt::resizeEvent(QResizeEvent* event) {
+    crv_->resize(event->size());
+}
+
+template <class Work>
+std::string frmPrnRpt::reporting(const char* routine, const Work& work) {
+    try {
+        work();
+        return {};
+    } catch (const std::exception& error) {
+        services_.globals.reportError(error, routine);
+        crv_->showStatus(error.what());
+        return error.what();
+    }
+}
+
+reports::OpenReport& frmPrnRpt::current() {
+    if (!report_) {
+        throw RunTimeError::objectNotSet();
+    }
+    return *report_;
+}
+
+std::shared_ptr<const reports::Report> frmPrnRpt::runReport() {
+    const reports::OpenReport& open = current();
+    return open.run({services_.globals.tarnRec(), services_.globals.gCnn2(), services_.databases},
+                    services_.clock.now(), services_.formats);
+}
+
+void frmPrnRpt::RptName(const std::string& path) {
+    reporting("frmPrnRpt/RptName", [&] {
+        // What was open before is not printed in place of what cannot be opened.
+        report_.reset();
+        crv_->showReport(nullptr);
+        const auto text = services_.files.read(path, reportFileLimit);
+        if (!text) {
+            throw RunTimeError(53, "File not found: " + path);
+        }
+        report_.emplace(*text, path);
+        setWindowTitle(QStringLiteral("Print Report"));
+    });
+}
+
+void frmPrnRpt::PreView() {
+    reporting("frmPrnRpt/PreView", [this] {
+        const auto report = runReport();
+        crv_->setVisible(true);
+        crv_->showStatus("Laying out the report");
+        Show();
+        viewWorker_.layOut(report, reports::usualPaper(),
+                           [this](std::shared_ptr<reports::LaidOutReport> pages,
+                                  const std::string& error) { showLaidOut(pages, error); });
+    });
+}
+
+void frmPrnRpt::showLaidOut(std::shared_ptr<reports::LaidOutReport> pages,
+                            const std::string& error) {
+    reporting("frmPrnRpt/PreView", [&] {
+        crv_->showReport(std::move(pages));
+        crv_->showStatus("");
+        if (!error.empty()) {
+            throw RunTimeError(1004, error);
+        }
+    });
+}
+
+void frmPrnRpt::PrintRpt() {
+    printRpt([form = QPointer<frmPrnRpt>(this)](const std::string& error) {
+        if (form != nullptr) {
+            form->crv_->showStatus(error.empty() ? "Sent to the printer." : error);
+        }
+    });
+}
+
+void frmPrnRpt::printRpt(std::function<void(const std::string& error)> printed) {
+    const std::string failure = reporting("frmPrnRpt/PrintRpt", [&] { startPrintOut(printed); });
+    if (!failure.empty()) {
+        services_.loop.later([printed, failure] { printed(failure); });
+    }
+}
+
+void frmPrnRpt::startPrintOut(std::function<void(const std::string&)> printed) {
+    if (services_.globals.gTempPath.empty()) {
+        throw RunTimeError(76, "Path not found: there is no temporary folder");
+    }
+    const auto report = runReport();
+    const std::string file =
+        services_.globals.gTempPath + "/Print" + std::to_string(++files_) + ".pdf";
+    auto printOut = std::make_unique<reports::PrintOut>(services_.printers, services_.files, file);
+    reports::PrintOut* started = printOut.get();
+    running_.push_back({std::move(printOut), std::move(printed)});
+    started->start(report, reports::usualPaper(), chosenPrinter(), copies_,
+                   [this, started](const std::string& error) { endPrintOut(started, error); });
+}
+
+void frmPrnRpt::endPrintOut(const reports::PrintOut* printOut, const std::string& error) {
+    const auto found = std::ranges::find_if(
+        running_, [printOut](const Running& known) { return known.printOut.get() == printOut; });
+    const Running ended = std::move(*found);
+    running_.erase(found);
+    ended.printed(reporting("frmPrnRpt/PrintRpt", [&error] {
+        if (!error.empty()) {
+            throw RunTimeError(482, error);
+        }
+    }));
+}
+
+/// The printer selected, else the system's own, else any.
+std::string frmPrnRpt::chosenPrinter() {
+    if (current().printer()) {
+        return current().printer()->deviceName;
+    }
+    if (!printers_.defaultDevice.empty() || printers_.printers.empty()) {
+        return printers_.defaultDevice;
+    }
+    return printers_.printers.front().deviceName;
+}
+
+void frmPrnRpt::Export(const std::string& fileName) {
+    reporting("frmPrnRpt/Export", [&] {
+        const reports::OpenReport& open = current();
+        static_cast<void>(open);
+        services_.files.deleteIfExists(fileName);
+        const std::atomic<bool> neverCancelled = false;
+        reports::exportPdf(*runReport(), reports::usualPaper(), fileName, neverCancelled);
+    });
+}
+
+void frmPrnRpt::exportWhereTheOperatorSays() {
+    auto* dialog = new QFileDialog(this, QStringLiteral("Export As PDF"), QString(),
+                                   QStringLiteral("PDF (*.pdf)"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("pdf"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
+        crv_->showStatus("");
+        Export(file.toStdString());
+    });
+    dialog->open();
+}
+
+void frmPrnRpt::Formula(const std::string& name, const std::string& text) {
+    reporting("frmPrnRpt/Formula", [&] { current().setFormula(name, text); });
+}
+
+void frmPrnRpt::SelectionFormula(const std::string& text) {
+    current().setSelection(text);
+}
+
+void frmPrnRpt::SectionFormat(const std::string& section, bool suppress) {
+    reporting("frmPrnRpt/SectionFormat", [&] { current().setSuppressed(section, suppress); });
+}
+
+void frmPrnRpt::GroupCondition(std::int16_t group, const std::string& field,
+                               std::int16_t condition) {
+    current().setGroupCondition(group, field, condition);
+}
+
+void frmPrnRpt::SortField(std::int16_t number, const std::string& field, bool descending) {
+    current().setSortField(number, field, descending);
+}
+
+void frmPrnRpt::SelPrinter(const std::string& deviceName) {
+    reporting("frmPrnRpt/SelPrinter", [&] {
+        reports::OpenReport& open = current();
+        const auto found =
+            std::ranges::find(printers_.printers, deviceName, &platform::Printer::deviceName);
+        if (found != printers_.printers.end()) {
+            open.selectPrinter(*found);
+        }
+    });
+}
+
+void frmPrnRpt::SubReportSelectionFormula(const std::string& subReport, const std::string& text) {
+    current().setSubReportSelection(subReport, text);
+}
+
+} // namespace kintar
