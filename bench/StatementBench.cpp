@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -112,11 +113,12 @@ void knownShape(const Site& site) {
         [&] { lookUp(connection); }, [&] { bare.run(); }, 1.5);
 }
 
-std::size_t stepBare(sqlite3_stmt* statement, int columns) {
+/// Reads each value as what its column is declared to be, without a question.
+std::size_t stepBare(sqlite3_stmt* statement, const std::vector<kintar::Column>& columns) {
     std::size_t bytes = 0;
     while (sqlite3_step(statement) == SQLITE_ROW) {
-        for (int column = 0; column < columns; ++column) {
-            if (sqlite3_column_type(statement, column) == SQLITE_INTEGER) {
+        for (int column = 0; column < static_cast<int>(columns.size()); ++column) {
+            if (columns[static_cast<std::size_t>(column)].type != kintar::ColumnType::Text) {
                 bytes += static_cast<std::size_t>(sqlite3_column_int64(statement, column));
             } else {
                 sqlite3_column_text(statement, column);
@@ -136,7 +138,6 @@ void largeRecordset(const Site& site, const std::string& what, const std::string
     const StatementHandle statement =
         kintar::companion::sqlite::prepare(other.handle(), translation.text);
     sqlite3_bind_text(statement.get(), 1, ", ", -1, SQLITE_STATIC);
-    const int columns = sqlite3_column_count(statement.get());
 
     std::size_t count = 0;
     std::size_t memory = 0;
@@ -147,7 +148,7 @@ void largeRecordset(const Site& site, const std::string& what, const std::string
             count = rows.RecordCount();
             memory = rows.memoryUse();
         },
-        [&] { stepBare(statement.get(), columns); }, 1.15);
+        [&] { stepBare(statement.get(), translation.columns); }, 1.15);
     std::printf("    %zu rows, %.1f bytes a row in memory\n", count,
                 static_cast<double>(memory) / static_cast<double>(count));
 }

@@ -29,22 +29,37 @@ private:
     sqlite3_stmt* handle_;
 };
 
-void addValue(Recordset& rows, sqlite3_stmt* handle, int column) {
-    switch (sqlite3_column_type(handle, column)) {
+bool isUtf8(sqlite3* database) {
+    const StatementHandle query = prepare(database, "PRAGMA encoding");
+    return sqlite3_step(query.get()) == SQLITE_ROW &&
+           std::string_view(reinterpret_cast<const char*>(sqlite3_column_text(query.get(), 0))) ==
+               "UTF-8";
+}
+
+/// The bytes of a text where it lies. Asked for as text, the engine would copy it first, to put a
+/// zero behind it; but it gives the bytes of UTF-16 as they are, so there it has to be text.
+std::string_view textOf(sqlite3_value* value, bool isUtf8) {
+    const void* bytes = isUtf8 ? sqlite3_value_blob(value) : sqlite3_value_text(value);
+    return {static_cast<const char*>(bytes), static_cast<std::size_t>(sqlite3_value_bytes(value))};
+}
+
+void addValue(Recordset& rows, sqlite3_stmt* handle, int column, bool isUtf8) {
+    // Asked for its value once, a column answers each further question at half the cost. That is
+    // safe as long as one thread at a time uses the connection, and connections promise no more.
+    sqlite3_value* const value = sqlite3_column_value(handle, column);
+    switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-        rows.addInteger(sqlite3_column_int64(handle, column));
+        rows.addInteger(sqlite3_value_int64(value));
         break;
     case SQLITE_FLOAT:
-        rows.addReal(sqlite3_column_double(handle, column));
+        rows.addReal(sqlite3_value_double(value));
         break;
     case SQLITE_NULL:
         rows.addNull();
         break;
-    default: {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle, column));
-        rows.addText({text, static_cast<std::size_t>(sqlite3_column_bytes(handle, column))});
+    default:
+        rows.addText(textOf(value, isUtf8));
         break;
-    }
     }
 }
 
@@ -53,6 +68,7 @@ void addValue(Recordset& rows, sqlite3_stmt* handle, int column) {
 SqliteConnection::SqliteConnection(const std::string& path, Access access)
     : path_(path), database_(openDatabase(path, access)) {
     registerFunctions(database_.get());
+    isUtf8_ = isUtf8(database_.get());
     schemaVersionQuery_ = prepare(database_.get(), "PRAGMA schema_version");
     schemaHasChanged();
     readCatalog();
@@ -280,7 +296,7 @@ Recordset SqliteConnection::readRows(PreparedStatement& statement) {
     int code = sqlite3_step(handle);
     for (; code == SQLITE_ROW; code = sqlite3_step(handle)) {
         for (int column = 0; column < columns; ++column) {
-            addValue(rows, handle, column);
+            addValue(rows, handle, column, isUtf8_);
         }
     }
     finish(statement, code);

@@ -75,6 +75,7 @@ private:
     dialect::LiftedStatement lifted_;
     std::string variantKey_;
     StatementCache cache_;
+    bool isUtf8_ = true; ///< the database keeps its texts so, not as UTF-16
     bool schemaIsStale_ = false;
     std::shared_ptr<SqliteConnection> aside_;
 };

@@ -183,6 +183,18 @@ TEST_F(SqliteConnectionTest, ColumnsOfForeignTypesAreReadByTheirNature) {
     EXPECT_EQ(rows.field("e").text(), "True");
 }
 
+TEST_F(SqliteConnectionTest, ADatabaseInUtf16IsReadLikeAnyOther) {
+    std::filesystem::remove(site.database());
+    site.foreign("PRAGMA encoding='UTF-16le'; CREATE TABLE Names (ID INTEGER, LName TEXT);"
+                 "INSERT INTO Names VALUES (1, 'Παπαδάκης'), (2, ''), (3, NULL)");
+    SqliteConnection connection = readWrite();
+    const Recordset rows = connection.open("SELECT LName FROM [Names] ORDER BY ID");
+    EXPECT_EQ(rows.at(0, 0).text(), "Παπαδάκης");
+    EXPECT_EQ(rows.at(1, 0).text(), "");
+    EXPECT_TRUE(rows.at(2, 0).isNull());
+    EXPECT_EQ(connection.open("SELECT ID FROM [Names] WHERE LName LIKE 'ΠΑΠ%'").RecordCount(), 1U);
+}
+
 TEST_F(SqliteConnectionTest, APrefixSearchIsARangeOfAnIndex) {
     SqliteConnection connection = readWrite();
     for (const char* sql :
