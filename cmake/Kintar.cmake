@@ -1,5 +1,7 @@
 # Targets of this project: warnings are errors, and each target links only what it may include.
 
+include(GNUInstallDirs)
+
 add_library(kintar_options INTERFACE)
 target_include_directories(kintar_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(kintar_options INTERFACE
@@ -34,9 +36,11 @@ function(kintar_windows name)
     target_link_libraries(${name} PUBLIC kintar_options Qt6::Widgets ${ARG_LINK})
 endfunction()
 
-# kintar_program(NAME SOURCES… LINK…): an executable in bin/.
+# kintar_program(NAME SOURCES… LINK…): an executable in bin/ that is installed.
 function(kintar_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE kintar_options ${ARG_LINK})
+    set_property(GLOBAL APPEND PROPERTY KINTAR_PROGRAMS ${name})
+    install(TARGETS ${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()

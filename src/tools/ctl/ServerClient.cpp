@@ -46,7 +46,7 @@ host::BusMessage ServerClient::newCall(const std::string& path, const std::strin
 }
 
 host::BusMessage ServerClient::send(const host::BusMessage& call) {
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};
     sd_bus_message* answer = nullptr;
     const int result = sd_bus_call(bus_, call.get(), UINT64_MAX, &error, &answer);
     if (result < 0) {

@@ -74,6 +74,14 @@ const std::vector<Rule>& rules() {
          "stopLow, stopHigh, notUsedDays, udf, skills); out: sql and the parts it was joined of, "
          "and the input as the builders leave it",
          applySelection},
+        {"who-is-in",
+         "in: loc, now, builds (how many on the same object), map (the printer map's text or "
+         "null), "
+         "tables (Loc, Cards, LocCards, Dev, Names, Company: each a list of rows); out: builds, "
+         "for "
+         "each rows, totals, totalStatements, inCount, printer, locationList, and error where it "
+         "failed",
+         applyWhoIsIn},
         {"zone",
          "in: zone, useDst, toUtc, moment, and record (bias, standardBias, daylightBias, "
          "standardDate, daylightDate) in place of the system's; out: moment, ok",

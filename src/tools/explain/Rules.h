@@ -75,5 +75,6 @@ void applyDialect(const Json& input, Answer& answer);
 void applyNames(const Json& input, Answer& answer);
 void applyInOut(const Json& input, Answer& answer);
 void applySelection(const Json& input, Answer& answer);
+void applyWhoIsIn(const Json& input, Answer& answer);
 
 } // namespace kintar::explain
