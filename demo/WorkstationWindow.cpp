@@ -39,8 +39,9 @@ QColor lampColour(ServerLink::State state) {
 
 } // namespace
 
-WorkstationWindow::WorkstationWindow(Feed& feed, ServerLink& link, QWidget* parent)
-    : QWidget(parent), feed_(feed), link_(link) {
+WorkstationWindow::WorkstationWindow(Feed& feed, ServerLink& link, NameFinder& finder,
+                                     QWidget* parent)
+    : QWidget(parent), feed_(feed), link_(link), finder_(finder) {
     setWindowTitle(tr("Workstation"));
     resize(980, 560);
     build();
@@ -70,6 +71,8 @@ QWidget* WorkstationWindow::makeControls() {
     showPhoto_ = new QPushButton(tr("&Show photo"), controls);
     showPhoto_->setAccessibleName(tr("Show photo"));
     showPhoto_->setEnabled(false);
+    findName_ = new QPushButton(tr("&Find name…"), controls);
+    findName_->setAccessibleName(tr("Find name…"));
     pause_ = new QPushButton(tr("&Pause feed"), controls);
     pause_->setAccessibleName(tr("Pause feed"));
     pause_->setCheckable(true);
@@ -77,6 +80,7 @@ QWidget* WorkstationWindow::makeControls() {
     row->addWidget(operators_);
     row->addSpacing(12);
     row->addWidget(showPhoto_);
+    row->addWidget(findName_);
     row->addWidget(pause_);
     return controls;
 }
@@ -94,9 +98,12 @@ void WorkstationWindow::build() {
     lamp_ = new QLabel(this);
     lamp_->setFixedSize(12, 12);
     state_ = plainLabel(tr("Connection"), this);
+    found_ = plainLabel(tr("Found"), this);
     message_ = plainLabel(tr("Message"), this);
     bottom->addWidget(lamp_);
     bottom->addWidget(state_);
+    bottom->addSpacing(16);
+    bottom->addWidget(found_);
     // A long message is cut off and widens no window.
     message_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     message_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -140,6 +147,13 @@ void WorkstationWindow::connectControls() {
             [this] { showPhoto_->setEnabled(table_->selectionModel()->hasSelection()); });
     connect(showPhoto_, &QPushButton::clicked, this,
             [this] { showRow(table_->selectionModel()->currentIndex()); });
+    connect(findName_, &QPushButton::clicked, this, &WorkstationWindow::findName);
+    connect(&finder_, &NameFinder::found, this, [this](int person, const QString& name) {
+        found_->setText(tr("Found: %1 (number %2)").arg(name).arg(person));
+    });
+    connect(&finder_, &NameFinder::cancelled, this,
+            [this] { found_->setText(tr("Found: nobody")); });
+    connect(&finder_, &NameFinder::refused, this, &WorkstationWindow::say);
     auto* enter = new QAction(this);
     enter->setShortcuts({QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)});
     enter->setShortcutContext(Qt::WidgetShortcut);
@@ -173,6 +187,16 @@ void WorkstationWindow::showRow(const QModelIndex& index) {
     if (index.isValid()) {
         link_.show(model_.eventAt(index.row()), operatorId());
     }
+}
+
+/// In the group of the event that is chosen, else of the first one.
+void WorkstationWindow::findName() {
+    const QModelIndex chosen = table_->selectionModel()->currentIndex();
+    const bool hasChosen = chosen.isValid() && chosen.row() < model_.rowCount();
+    const CardEvent event = hasChosen           ? model_.eventAt(chosen.row())
+                            : events_.isEmpty() ? CardEvent()
+                                                : events_.first();
+    finder_.find(event.locGrp, event.locName, operatorId());
 }
 
 void WorkstationWindow::setPaused(bool paused) {

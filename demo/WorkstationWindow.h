@@ -4,6 +4,7 @@
 #include "demo/CardEvent.h"
 #include "demo/EventModel.h"
 #include "demo/Feed.h"
+#include "demo/NameFinder.h"
 #include "demo/ServerLink.h"
 
 #include <QTimer>
@@ -20,7 +21,7 @@ class WorkstationWindow : public QWidget {
     Q_OBJECT
 
 public:
-    WorkstationWindow(Feed& feed, ServerLink& link, QWidget* parent = nullptr);
+    WorkstationWindow(Feed& feed, ServerLink& link, NameFinder& finder, QWidget* parent = nullptr);
 
     /// Every event happens at this moment instead of now.
     void setFixedMoment(const QDateTime& moment) { fixedMoment_ = moment; }
@@ -40,12 +41,14 @@ private:
     void takeFeed(const FeedContent& content);
     void playNext();
     void showRow(const QModelIndex& index);
+    void findName();
     void refreshState();
     void say(const QString& text);
     [[nodiscard]] int operatorId() const;
 
     Feed& feed_;
     ServerLink& link_;
+    NameFinder& finder_;
     EventModel model_;
     QTimer clock_;
     QList<CardEvent> events_;
@@ -56,8 +59,10 @@ private:
     QComboBox* operators_ = nullptr;
     QPushButton* pause_ = nullptr;
     QPushButton* showPhoto_ = nullptr;
+    QPushButton* findName_ = nullptr;
     QLabel* lamp_ = nullptr;
     QLabel* state_ = nullptr;
+    QLabel* found_ = nullptr;
     QLabel* message_ = nullptr;
 };
 

@@ -2,6 +2,7 @@
 // other.
 
 #include "demo/Feed.h"
+#include "demo/NameFinder.h"
 #include "demo/Scenario.h"
 #include "demo/ServerLink.h"
 #include "demo/WorkstationWindow.h"
@@ -97,7 +98,8 @@ int main(int argc, char** argv) {
 
     ServerLink link(QDBusConnection::sessionBus());
     Feed feed(siteTool(), options.site);
-    WorkstationWindow window(feed, link);
+    NameFinder finder(QDBusConnection::sessionBus());
+    WorkstationWindow window(feed, link, finder);
     window.setFixedMoment(options.moment);
     // The photo window opens in the upper left corner.
     const QRect screen = window.screen()->availableGeometry();

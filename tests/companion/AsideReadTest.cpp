@@ -44,10 +44,24 @@ TEST_F(AsideReading, GivesTheRowsThatReadingAtOnceGives) {
     }
 }
 
+TEST_F(AsideReading, OfAStatementThatCannotBeReadFailsAtOnce) {
+    EXPECT_THROW(connection.openAside("SELECT Nothing FROM [Names]", [] {}), RunTimeError);
+}
+
 TEST_F(AsideReading, ThrowsWhatTheReadThrewWhenTheRowsAreTaken) {
-    const auto read = connection.openAside("SELECT Nothing FROM [Names]", [] {});
-    ASSERT_TRUE(read->waitFor(minutes(1)));
-    EXPECT_THROW(read->take(), RunTimeError);
+    const auto own = std::make_shared<SqliteConnection>(site.database(), Access::ReadOnly);
+    AsideRead read(own, "SELECT Nothing FROM [Names]", [] {});
+    ASSERT_TRUE(read.waitFor(minutes(1)));
+    EXPECT_THROW(read.take(), RunTimeError);
+}
+
+TEST_F(AsideReading, GivesTheSameRowsOnItsOwnThread) {
+    const auto own = std::make_shared<SqliteConnection>(site.database(), Access::ReadOnly);
+    std::promise<void> told;
+    AsideRead read(own, "SELECT ID FROM [Names]", [&] { told.set_value(); });
+    ASSERT_EQ(told.get_future().wait_for(minutes(1)), std::future_status::ready);
+    ASSERT_TRUE(read.waitFor(std::chrono::milliseconds(0)));
+    EXPECT_EQ(read.take().RecordCount(), connection.open("SELECT ID FROM [Names]").RecordCount());
 }
 
 TEST_F(AsideReading, OfAClosedConnectionFailsAtOnce) {

@@ -63,6 +63,17 @@ public:
     QStringList log;
     /// A property whose setting is refused; empty: none.
     QString refused;
+    /// What GetAll answers.
+    QVariantMap result;
+
+    /// Tells of a change of the object at `path` of the class `name`.
+    void change(const QString& path, const QString& name, const QVariantMap& values) {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                       QStringLiteral("PropertiesChanged"));
+        signal << QStringLiteral("net.tarnholm.Kintar3.") + name << values << QStringList();
+        bus_.send(signal);
+    }
 
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 
@@ -70,14 +81,18 @@ public:
         const QVariantList arguments = message.arguments();
         if (message.member() == QLatin1String("CreateObject")) {
             log.append(QStringLiteral("create ") + arguments.value(0).toString());
-            const QString path =
-                QStringLiteral("/net/tarnholm/Kintar3/objKintar/%1").arg(++objects_);
+            const QString path = QStringLiteral("/net/tarnholm/Kintar3/%1/%2")
+                                     .arg(arguments.value(0).toString())
+                                     .arg(++objects_);
             return connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
         }
         if (message.member() == QLatin1String("ReleaseObject")) {
             log.append(QStringLiteral("release ") +
                        arguments.value(0).value<QDBusObjectPath>().path());
             return connection.send(message.createReply());
+        }
+        if (message.member() == QLatin1String("GetAll")) {
+            return connection.send(message.createReply(QVariant(result)));
         }
         if (message.member() == QLatin1String("Get")) {
             return connection.send(

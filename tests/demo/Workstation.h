@@ -1,9 +1,9 @@
 // A whole workstation on a private bus, with a recording server and a toy feed.
 #pragma once
 
-#include "demo/WorkstationWindow.h"
 #include "FakeServer.h"
 #include "ToyFeed.h"
+#include "demo/WorkstationWindow.h"
 
 namespace kintar::testing {
 
@@ -21,7 +21,8 @@ struct Workstation {
     ToyFeed toy;
     demo::Feed feed{toy.program(), QStringLiteral("site")};
     demo::ServerLink link{bus.connect()};
-    demo::WorkstationWindow window{feed, link};
+    demo::NameFinder finder{bus.connect()};
+    demo::WorkstationWindow window{feed, link, finder};
 };
 
 } // namespace kintar::testing

@@ -425,3 +425,44 @@ def test_a_million_rows_are_searched_while_the_bus_answers_and_stop_stops(
     )
     assert accessible.ask("cmdSearch")["enabled"]
     assert find(accessible, "Name 1000001") >= 1
+
+
+def test_the_command_line_prints_the_name_that_was_picked(desktop, site, accessible):
+    name = someone(site)
+    picking = desktop.start(
+        "kintarctl", "pick-name", "--locgrp", str(GROUP), "--locname", "HQ", "--opr", "1",
+        stdout=-1,
+    )  # fmt: skip
+    desktop.await_window(TITLE)
+    find(accessible, name[1])
+    accessible.press("cmdOK")
+    printed, _ = picking.communicate(timeout=20)
+    assert printed == f"{name[0]}\t{shown(name)}\n"
+    assert picking.returncode == 0
+
+
+def test_the_command_line_never_takes_an_earlier_choice_for_its_own(
+    desktop, site, client, search, accessible
+):
+    name = someone(site)
+    open_dialog(desktop, search)
+    find(accessible, name[1])
+    accessible.press("cmdOK")
+    client.await_closing()
+    assert search.get("SelNameReady")
+    picking = desktop.start(
+        "kintarctl", "pick-name", "--locgrp", str(GROUP), "--locname", "HQ", stdout=-1
+    )
+    desktop.await_window(TITLE)
+    assert picking.poll() is None
+    accessible.press("cmdCancel")
+    printed, _ = picking.communicate(timeout=20)
+    assert (printed, picking.returncode) == ("", 1)
+
+
+def test_the_command_line_gives_up_when_its_time_is_over(desktop):
+    given_up = desktop.run("kintarctl", "pick-name", "--locgrp", "1", "--for", "1", check=False)
+    assert (given_up.stdout, given_up.returncode) == ("", 1)
+    refused = desktop.run("kintarctl", "pick-name", "--locgrp", "999", check=False)
+    assert refused.returncode == 1
+    assert "Run-time error '5'" in refused.stderr

@@ -7,6 +7,7 @@
 #include "companion/sqlite/SchemaReader.h"
 #include "companion/sqlite/SqliteFunctions.h"
 
+#include <chrono>
 #include <utility>
 
 namespace kintar::companion::sqlite {
@@ -28,6 +29,9 @@ public:
 private:
     sqlite3_stmt* handle_;
 };
+
+/// Steps of the engine between two looks at whether it is to stop: some microseconds.
+constexpr int stepsBetweenLooks = 1000;
 
 bool isUtf8(sqlite3* database) {
     const StatementHandle query = prepare(database, "PRAGMA encoding");
@@ -86,6 +90,10 @@ std::unique_ptr<PendingRecordset> SqliteConnection::openAside(std::string_view s
     if (!isOpen()) {
         throw DatabaseError::closed();
     }
+    if (std::optional<Recordset> rows = openInAnInstant(sql)) {
+        ended();
+        return std::make_unique<ReadRecordset>(std::move(*rows));
+    }
     // A read that still goes on holds the one that is kept.
     if (!aside_ || aside_.use_count() > 1) {
         aside_ = std::make_shared<SqliteConnection>(path_, Access::ReadOnly);
@@ -93,13 +101,37 @@ std::unique_ptr<PendingRecordset> SqliteConnection::openAside(std::string_view s
     return std::make_unique<AsideRead>(aside_, std::string(sql), std::move(ended));
 }
 
+/// Most reads are over before another thread would have begun with them.
+std::optional<Recordset> SqliteConnection::openInAnInstant(std::string_view sql) {
+    using Clock = std::chrono::steady_clock;
+    struct Deadline {
+        Clock::time_point at;
+        bool passed = false;
+    } deadline{Clock::now() + std::chrono::milliseconds(40)};
+    const auto look = [](void* asked) {
+        auto* own = static_cast<Deadline*>(asked);
+        own->passed = own->passed || Clock::now() > own->at;
+        return own->passed ? 1 : 0;
+    };
+    std::optional<Recordset> rows;
+    sqlite3_progress_handler(database_.get(), stepsBetweenLooks, look, &deadline);
+    try {
+        rows = open(sql);
+    } catch (const DatabaseError&) {
+        sqlite3_progress_handler(database_.get(), 0, nullptr, nullptr);
+        if (!deadline.passed) {
+            throw;
+        }
+    }
+    sqlite3_progress_handler(database_.get(), 0, nullptr, nullptr);
+    return rows;
+}
+
 void SqliteConnection::stopWhen(const std::atomic<bool>* stop) {
-    // Steps of the engine between two looks: some microseconds.
-    constexpr int steps = 1000;
     const auto look = [](void* asked) {
         return static_cast<const std::atomic<bool>*>(asked)->load() ? 1 : 0;
     };
-    sqlite3_progress_handler(database_.get(), stop != nullptr ? steps : 0,
+    sqlite3_progress_handler(database_.get(), stop != nullptr ? stepsBetweenLooks : 0,
                              stop != nullptr ? +look : nullptr,
                              const_cast<std::atomic<bool>*>(stop));
 }

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace kintar::companion::sqlite {
@@ -25,7 +26,8 @@ public:
     [[nodiscard]] bool isOpen() const override { return database_ != nullptr; }
     void Close() override;
     Recordset open(std::string_view sql) override;
-    /// On a second, read-only connection to the same file, which is kept for the next time.
+    /// What takes no longer than an instant is read at once; the rest on a second, read-only
+    /// connection to the same file, which is kept for the next time.
     std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                 std::function<void()> ended) override;
     void execute(std::string_view sql) override;
@@ -56,6 +58,7 @@ private:
     template <class Run>
     auto withCurrentSchema(Run run);
     PreparedStatement& prepared(std::string_view sql, Wanted wanted);
+    std::optional<Recordset> openInAnInstant(std::string_view sql);
     StatementShape& shapeOf(std::string_view sql);
     PreparedStatement& variantOf(StatementShape& shape);
     void bind(PreparedStatement& statement);

@@ -214,6 +214,38 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
     return !serverLeft_;
 }
 
+void ServerClient::countTrue(const std::string& path, const std::string& member) {
+    countedMember_ = member;
+    check(sd_bus_match_signal(bus_, nullptr, nullptr, path.c_str(), host::propertiesInterface,
+                              "PropertiesChanged", memberChanged, this),
+          "watch the object");
+    while (sd_bus_process(bus_, nullptr) > 0) {
+    }
+    trueCount_ = 0;
+}
+
+int ServerClient::memberChanged(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    auto* client = static_cast<ServerClient*>(userdata);
+    if (sd_bus_message_skip(message, "s") < 0 ||
+        sd_bus_message_enter_container(message, 'a', "{sv}") < 0) {
+        return 0;
+    }
+    while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
+        const char* name = nullptr;
+        if (sd_bus_message_read_basic(message, 's', &name) < 0) {
+            return 0;
+        }
+        int value = 0;
+        if (client->countedMember_ == name && sd_bus_message_read(message, "v", "b", &value) > 0) {
+            client->trueCount_ += value != 0 ? 1U : 0U;
+        } else if (client->countedMember_ == name || sd_bus_message_skip(message, "v") < 0) {
+            return 0;
+        }
+        sd_bus_message_exit_container(message);
+    }
+    return 0;
+}
+
 int ServerClient::ownerChanged(sd_bus_message* message, void* userdata, sd_bus_error*) {
     auto* client = static_cast<ServerClient*>(userdata);
     const char* name = nullptr;

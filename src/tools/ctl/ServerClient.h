@@ -57,6 +57,11 @@ public:
     /// The members of an object, asked for once.
     const InterfaceDescription& interfaceOf(const std::string& path);
 
+    /// From now on counts the signals that say that a Boolean member of an object is true; what
+    /// was on its way before is not counted.
+    void countTrue(const std::string& path, const std::string& member);
+    [[nodiscard]] std::size_t trueCount() const { return trueCount_; }
+
     /// Serves the connection for a time, or for ever; returns early where `stop` says so, which is
     /// asked after every signal of the process, and where the server has gone: false then.
     bool hold(std::optional<double> seconds, const std::function<bool()>& stop);
@@ -68,8 +73,12 @@ private:
     const MemberDescription& memberOf(const std::string& path, const std::string& member);
     static int ownerChanged(sd_bus_message* message, void* userdata, sd_bus_error* error);
 
+    static int memberChanged(sd_bus_message* message, void* userdata, sd_bus_error* error);
+
     sd_bus* bus_ = nullptr;
     std::string server_; ///< the unique name of the server that made the objects
+    std::string countedMember_;
+    std::size_t trueCount_ = 0;
     bool serverLeft_ = false;
     std::vector<std::string> created_;
     std::map<std::string, InterfaceDescription> interfaces_;

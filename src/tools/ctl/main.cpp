@@ -2,6 +2,7 @@
 #include "host/BusNames.h"
 #include "tools/ctl/OverridesCommand.h"
 #include "tools/ctl/PhotoCommand.h"
+#include "tools/ctl/PickNameCommand.h"
 #include "tools/ctl/RawLine.h"
 #include "tools/ctl/RawSession.h"
 #include "tools/ctl/ServerClient.h"
@@ -41,6 +42,7 @@ constexpr const char* examples =
     "  kintarctl classes\n"
     "  kintarctl photo --id 17 --locgrp 1 --fname Ada --lname Byron --event Granted --for 30\n"
     "  kintarctl overrides --point 101 --name 'Dock door' --loc Lisbon --opr Ann --oprid 1\n"
+    "  kintarctl pick-name --locgrp 1 --locname 'Head Office' --opr 1\n"
     "  printf 'create objKintar as k\\nset k LocGrp 1\\nset k ID 17\\nwait 5000\\n' | kintarctl "
     "raw\n"
     "\n"
@@ -55,6 +57,7 @@ struct Options {
     std::optional<double> seconds;
     std::optional<std::string> locName, fName, lName, device, event, dateTime, code;
     OverridesRequest overrides;
+    PickNameRequest pickName;
     bool stopAtError = false;
     std::string path = kintar::host::rootPath;
 };
@@ -107,6 +110,23 @@ void addOverrides(CLI::App& line, Options& options) {
         closing +
         "\nExample:\n  kintarctl overrides --point 102 --type 1 --name 'Dock sensor' --loc Lisbon "
         "--opr Ann \\\n      --oprid 1 --commands secure,open,timezone,arm,bypass\n");
+}
+
+void addPickName(CLI::App& line, Options& options) {
+    PickNameRequest& request = options.pickName;
+    CLI::App* pick = line.add_subcommand("pick-name", "let the operator pick a person");
+    pick->add_option("--locgrp", request.locGrp, "location group")->required();
+    pick->add_option("--locname", request.locName, "name at the start of the title");
+    pick->add_option("--opr", request.oprId, "operator number");
+    pick->add_option("--mode", request.mode,
+                     "0 browse, 1 pick, 2 pick who owns a guard-tour card (default: 1)");
+    pick->add_option("--for", options.seconds, "give up after SECONDS")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("SECONDS");
+    pick->footer(std::string("Prints the number and the name, a tab between. Exit status 1 where\n"
+                             "nobody was picked: Cancel, Ctrl-C, or the seconds have passed.\n") +
+                 closing +
+                 "\nExample:\n  kintarctl pick-name --locgrp 1 --locname 'Head Office' --opr 1\n");
 }
 
 void addRaw(CLI::App& line, Options& options) {
@@ -170,6 +190,11 @@ int run(const CLI::App& line, const Options& options) {
         return editOverrides(client, options.overrides, options.seconds,
                              [] { return interrupted != 0; });
     }
+    if (line.got_subcommand("pick-name")) {
+        watchForInterrupts();
+        return pickName(
+            client, options.pickName, options.seconds, [] { return interrupted != 0; }, std::cout);
+    }
     if (line.got_subcommand("raw")) {
         return runRaw(client, options);
     }
@@ -192,6 +217,7 @@ int main(int argc, char** argv) {
     Options options;
     addPhoto(line, options);
     addOverrides(line, options);
+    addPickName(line, options);
     addRaw(line, options);
     addQuestions(line, options);
     line.require_subcommand(1);
