@@ -1,6 +1,7 @@
 // The least program with a window: says when it has painted for the first time, and ends.
 #include <QApplication>
 #include <QPainter>
+#include <QTimer>
 #include <QWidget>
 
 #include <cstdio>
@@ -13,7 +14,8 @@ protected:
         QPainter(this).drawText(20, 20, QStringLiteral("painted"));
         std::puts("painted");
         std::fflush(stdout);
-        QCoreApplication::quit();
+        // Not from inside of painting: the window must stay until that has ended.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     }
 };
 

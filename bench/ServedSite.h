@@ -4,7 +4,6 @@
 #include "host/BusClient.h"
 #include "host/PrivateBus.h"
 
-#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -34,8 +33,10 @@ public:
             setenv(name, own.c_str(), 1);
         }
         setenv("KINTAR3_APP_DIR", (folder_ + "/site").c_str(), 1);
-        host::ChildProcess site({KINTAR_BIN "/kintar-site", "create", folder_ + "/site"}, {},
-                                STDERR_FILENO);
+        host::ChildProcess site(
+            {"sh", "-c",
+             KINTAR_BIN "/kintar-site create '" + folder_ + "/site' >'" + folder_ + "/site.log'"},
+            {});
         if (site.wait() != 0) {
             throw std::runtime_error("kintar-site create failed");
         }
@@ -57,7 +58,6 @@ public:
     static void stopServer(host::BusClient& client) {
         sd_bus_creds* server = nullptr;
         pid_t pid = 0;
-        host::BusMessage none;
         if (sd_bus_get_name_creds(client.bus(), host::busName, SD_BUS_CREDS_PID, &server) < 0 ||
             sd_bus_creds_get_pid(server, &pid) < 0) {
             throw std::runtime_error("the server does not run");

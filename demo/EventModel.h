@@ -19,7 +19,7 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
     void add(const CardEvent& event);
-    [[nodiscard]] const CardEvent& event(int row) const { return events_.at(row); }
+    [[nodiscard]] const CardEvent& eventAt(int row) const { return events_.at(row); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;

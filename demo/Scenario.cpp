@@ -23,6 +23,8 @@ Scenario::Scenario(Feed& feed, ServerLink& link, WorkstationWindow& window, QObj
     polling_.setInterval(pollingInterval);
     timeout_.setInterval(defaultTimeout);
     timeout_.setSingleShot(true);
+    following_.setSingleShot(true);
+    connect(&following_, &QTimer::timeout, this, &Scenario::nextStep);
     connect(&polling_, &QTimer::timeout, this, &Scenario::check);
     connect(&timeout_, &QTimer::timeout, this, [this] { fail(tr("it took too long")); });
     connect(&feed_, &Feed::failed, this, [this](const QString& reason) {
@@ -132,7 +134,7 @@ void Scenario::done() {
     output_(QStringLiteral("done ") + step_);
     step_.clear();
     // The next step begins from the event loop, not inside whatever ended this one.
-    QMetaObject::invokeMethod(this, &Scenario::nextStep, Qt::QueuedConnection);
+    following_.start();
 }
 
 void Scenario::fail(const QString& reason) {

@@ -63,6 +63,7 @@ private:
     QString step_;                    ///< being done; empty: none
     int awaitedPerson_ = 0;           ///< whose event the server is to take; 0: nobody's
     std::function<bool()> condition_; ///< becomes true when the step is done
+    QTimer following_;                ///< begins the next step from the event loop
     QTimer polling_;
     QTimer timeout_;
     std::function<void(const QString&)> output_;

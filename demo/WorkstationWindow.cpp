@@ -171,7 +171,7 @@ void WorkstationWindow::play(CardEvent event) {
 
 void WorkstationWindow::showRow(const QModelIndex& index) {
     if (index.isValid()) {
-        link_.show(model_.event(index.row()), operatorId());
+        link_.show(model_.eventAt(index.row()), operatorId());
     }
 }
 
@@ -189,7 +189,7 @@ bool WorkstationWindow::chooseOperator(int id) {
 
 bool WorkstationWindow::choosePerson(int id) {
     for (int row = 0; row < model_.rowCount(); ++row) {
-        if (model_.event(row).id == id) {
+        if (model_.eventAt(row).id == id) {
             table_->selectRow(row);
             showRow(model_.index(row, 0));
             return true;

@@ -10,11 +10,11 @@
 #include <QCommandLineParser>
 #include <QDBusConnection>
 #include <QFileInfo>
+#include <QScreen>
 #include <QStandardPaths>
-#include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
-#include <memory>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -26,7 +26,7 @@ using namespace kintar::demo;
 /// `kintar-site` beside this program, or on the path.
 QString siteTool() {
     const QString name = QStringLiteral("kintar-site");
-    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
+    QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
     if (QFileInfo(beside).isExecutable()) {
         return beside;
     }
@@ -100,7 +100,10 @@ int main(int argc, char** argv) {
     WorkstationWindow window(feed, link);
     window.setFixedMoment(options.moment);
     // The photo window opens in the upper left corner.
-    window.move(300, 90);
+    const QRect screen = window.screen()->availableGeometry();
+    constexpr int besidePhoto = 230;
+    window.resize(std::min(window.width(), screen.width() - besidePhoto - 20), window.height());
+    window.move(screen.left() + besidePhoto, screen.top() + 60);
 
     Scenario scenario(feed, link, window);
     QObject::connect(&scenario, &Scenario::ended, &application, &QCoreApplication::exit);

@@ -36,7 +36,7 @@ void replyError(BusConnection& connection, const BusMessage& call, const char* n
         return;
     }
     const std::string clean = busText(text);
-    const sd_bus_error error = SD_BUS_ERROR_MAKE_CONST(name, clean.c_str());
+    const sd_bus_error error{name, clean.c_str(), 0};
     sd_bus_message* answer = nullptr;
     check(sd_bus_message_new_method_error(call.get(), &answer, &error), "error answer");
     connection.send(BusMessage::adopt(answer));

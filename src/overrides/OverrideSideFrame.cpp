@@ -114,14 +114,29 @@ void OverrideSideFrame::completeEntry() {
     date_->interpretText();
 }
 
-void OverrideSideFrame::displayOption(QRadioButton& option, OverrideCommand command,
-                                      const OverrideOptions& options) {
-    const bool available = options.isAvailable(command);
-    const bool selected = options.selected() == command;
-    option.setEnabled(available);
-    // What is selected is seen, also where it cannot be chosen any more.
-    option.setVisible(available || selected);
-    option.setChecked(selected);
+void OverrideSideFrame::displayOptions(const OverrideOptions& options) {
+    for (std::size_t i = 0; i < options_.size(); ++i) {
+        QRadioButton& option = *options_[i];
+        const bool available = options.isAvailable(overrideCommands[i]);
+        const bool selected = options.selected() == overrideCommands[i];
+        option.setEnabled(available);
+        // What is selected is seen, also where it cannot be chosen any more.
+        option.setVisible(available || selected);
+        if (selected) {
+            option.setChecked(true);
+        }
+        // The keyboard enters the group at its selection and moves in it with the arrow keys.
+        const bool isEntry = options.selected() == OverrideCommand::None || selected;
+        option.setFocusPolicy(isEntry ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void OverrideSideFrame::uncheckAll() {
+    for (QRadioButton* option : options_) {
+        option->setAutoExclusive(false); // or the last one would stay checked
+        option->setChecked(false);
+        option->setAutoExclusive(true);
+    }
 }
 
 void OverrideSideFrame::display(const OverrideSide& side) {
@@ -134,16 +149,10 @@ void OverrideSideFrame::display(const OverrideSide& side) {
     readout_->setAccessibleName(readout);
     slider_->setToolTip(platform::tooltipText(side.readout));
     slider_->setAccessibleName(title() + QStringLiteral(" Time ") + readout);
-    // One by one: while a selection changes, for a moment none may be checked.
-    for (QRadioButton* option : options_) {
-        option->setAutoExclusive(false);
+    if (side.options.selected() == OverrideCommand::None) {
+        uncheckAll();
     }
-    for (std::size_t i = 0; i < options_.size(); ++i) {
-        displayOption(*options_[i], overrideCommands[i], side.options);
-    }
-    for (QRadioButton* option : options_) {
-        option->setAutoExclusive(true);
-    }
+    displayOptions(side.options);
 }
 
 } // namespace kintar

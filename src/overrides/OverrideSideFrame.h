@@ -50,8 +50,8 @@ private:
     void makeDate(QGridLayout& layout, const std::string& shortDate);
     void makeTime(QGridLayout& layout);
     QLabel* newLabel(const char* name, const QString& text);
-    void displayOption(QRadioButton& option, OverrideCommand command,
-                       const OverrideOptions& options);
+    void displayOptions(const OverrideOptions& options);
+    void uncheckAll();
 
     Names names_;
     std::array<QRadioButton*, overrideCommands.size()> options_{};

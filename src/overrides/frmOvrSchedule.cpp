@@ -186,7 +186,6 @@ void frmOvrSchedule::Load() {
         [this] { services_.globals.tarnRec().PrepareForm(services_.globals.gCnn2(), *this); });
     perform([this] { editor_.Load(); });
     Tab1->setTabText(generalTab, platform::captionText(editor_.tabCaption()));
-    Tab1->setTabToolTip(generalTab, platform::tooltipText(editor_.tabCaption()));
 }
 
 void frmOvrSchedule::Unload() {

@@ -6,6 +6,7 @@
 
 #include <QHeaderView>
 #include <QScrollBar>
+#include <algorithm>
 
 namespace kintar::search {
 namespace {
@@ -78,6 +79,8 @@ BoardList::BoardList(const board::Board& board, QWidget* parent)
     setItemsExpandable(false);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
+    const int iconSide = std::max(16, fontMetrics().height());
+    setIconSize(QSize(iconSide, iconSide));
     setMouseTracking(true);
     // Rows keep their places on the screen while names change them; scrolling is by whole rows, so
     // that a name can be brought back under the mouse exactly.
@@ -101,7 +104,8 @@ BoardList::Steady BoardList::steady() const {
         now.selected = itemOf(currentIndex());
     }
     const QPoint mouse = viewport()->mapFromGlobal(QCursor::pos());
-    if (isVisible() && viewport()->rect().contains(mouse)) {
+    const board::HeadCount known = board_.headCount();
+    if (isVisible() && known.in + known.out > 0 && viewport()->rect().contains(mouse)) {
         now.hovered = itemOf(indexAt(mouse));
     }
     return now;

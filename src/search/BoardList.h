@@ -52,8 +52,8 @@ public:
 
     BoardModel& rows() { return rows_; }
     /// Runs a change of states and order. The selected item stays selected, and the item under the
-    /// mouse stays there as far as the list can be scrolled; without one, the list stays scrolled
-    /// as it is.
+    /// mouse stays there as far as the list can be scrolled; without one, or where no state was
+    /// known before, the list stays scrolled as it is.
     template <class Change>
     void keepSteady(Change&& change) {
         const Steady before = steady();

@@ -35,7 +35,7 @@ QLabel* CriteriaPane::addLabel(int index, const QString& caption) {
     platform::makePlain(*label);
     label->setMargin(2);
     platform::nameControl(*label, memberName("Label", index).c_str(), "label", caption);
-    rows_->addWidget(label, rows_->rowCount(), 0, Qt::AlignTop);
+    rows_->addWidget(label, rows_->rowCount(), 0, Qt::AlignVCenter);
     return label;
 }
 
@@ -47,6 +47,9 @@ void CriteriaPane::addControl(QWidget* control, const char* name, const char* ki
     const int row = rows_->rowCount() - 1;
     rows_->addWidget(control, row, 1);
     rows_->setRowStretch(row, grows ? 1 : 0);
+    if (grows) {
+        rows_->setAlignment(label, Qt::AlignTop);
+    }
     focusLabels_.watch(control, label);
 }
 

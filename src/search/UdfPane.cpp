@@ -14,6 +14,7 @@ namespace {
 
 constexpr int udfFrame = 1;
 constexpr int designedRows = 21;
+constexpr int shownRows = 13; ///< at least: the others are reached by scrolling
 enum GridColumn { numberColumn, nameColumn, valueColumn, columnCount };
 constexpr int columnTwips[columnCount] = {300, 2300, 6200};
 
@@ -38,9 +39,11 @@ UdfPane::UdfPane(FocusLabels& focusLabels, QWidget* parent)
     // The editor is the stop of the tab key; a grid that handed its focus on would hold it for
     // ever.
     grdUdf_->setFocusPolicy(Qt::ClickFocus);
-    // A frame of its own would leave no room for the text in a row of the grid's height.
-    mskUDFEdit_->setFrame(false);
+    mskUDFEdit_->setTextMargins(0, 0, 0, 0);
     mskUDFEdit_->hide();
+    // Rows have room for the editor with its frame: it must be seen which cell is being edited.
+    grdUdf_->verticalHeader()->setDefaultSectionSize(mskUDFEdit_->sizeHint().height());
+    grdUdf_->setMinimumHeight(shownRows * mskUDFEdit_->sizeHint().height());
     rows()->addWidget(grdUdf_, 0, 0, 1, 2);
     rows()->setRowStretch(0, 1);
     connectGrid();
@@ -83,14 +86,20 @@ void UdfPane::fillRow(int row, const selection::UdfName* field) {
 }
 
 void UdfPane::setWidths() {
-    grdUdf_->resizeColumnToContents(numberColumn);
-    const int numbers = grdUdf_->columnWidth(numberColumn);
-    for (int column = 0; column < columnCount; ++column) {
-        grdUdf_->setColumnWidth(column, pixelsFromTwips(columnTwips[column]));
+    // Three digits, long names and large fonts need more than the designed widths.
+    for (const int column : {numberColumn, nameColumn}) {
+        const int designed = pixelsFromTwips(columnTwips[column]);
+        grdUdf_->resizeColumnToContents(column);
+        grdUdf_->setColumnWidth(column,
+                                std::clamp(grdUdf_->columnWidth(column), designed, 2 * designed));
     }
-    // Three digits, or a large font, need more than the designed width.
-    grdUdf_->setColumnWidth(numberColumn, std::max(numbers, grdUdf_->columnWidth(numberColumn)));
+    grdUdf_->setColumnWidth(valueColumn, pixelsFromTwips(columnTwips[valueColumn]));
     grdUdf_->horizontalHeader()->setStretchLastSection(true);
+    int wanted = 2 * grdUdf_->frameWidth() + grdUdf_->verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < columnCount; ++column) {
+        wanted += grdUdf_->columnWidth(column);
+    }
+    grdUdf_->setMinimumWidth(wanted);
 }
 
 bool UdfPane::canEditCurrent() const {

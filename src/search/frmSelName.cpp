@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 #include <array>
 
 namespace kintar::search {
@@ -23,14 +22,14 @@ constexpr std::array<const char*, 4> tabCaptions = {"Search Names", "Search UDFs
 
 frmSelName::frmSelName(modGlobals& globals, const platform::Clock& clock,
                        const LocaleFormats& formats)
-    : FormWindow("frmSelName"), globals_(globals), clock_(clock), Tab1_(new QTabBar(this)),
+    : FormWindow("frmSelName"), globals_(globals), clock_(clock), rows_(new QVBoxLayout(this)),
+      panes_(new QStackedLayout), Tab1_(new QTabBar(this)),
       names_(new NamesPane(focusLabels_, this)), udf_(new UdfPane(focusLabels_, this)),
       cards_(new CardsPane(focusLabels_, formats, this)),
       skills_(new SkillsPane(focusLabels_, this)), lblStatus_(new QLabel(this)),
       cmdOK_(new QPushButton(QStringLiteral("&OK"), this)),
       cmdCancel_(new QPushButton(QStringLiteral("&Cancel"), this)) {
     setWindowTitle(QStringLiteral("Select Name List Criteria"));
-    setLayout(new QVBoxLayout);
     addPanes();
     addButtons();
 }
@@ -41,12 +40,13 @@ void frmSelName::addPanes() {
     for (int tab = 0; tab < skillsTab; ++tab) {
         Tab1_->addTab(QString::fromLatin1(tabCaptions.at(static_cast<std::size_t>(tab))));
     }
-    layout()->addWidget(Tab1_);
+    rows_->addWidget(Tab1_);
+    // One on the other, so that the dialog has one size for all tabs.
     for (CriteriaPane* pane : std::array<CriteriaPane*, 4>{names_, udf_, cards_, skills_}) {
         pane->setFrameShape(QFrame::StyledPanel);
-        pane->hide();
-        layout()->addWidget(pane);
+        panes_->addWidget(pane);
     }
+    rows_->addLayout(panes_, 1);
     connect(Tab1_, &QTabBar::currentChanged, this, &frmSelName::Tab1_Click);
 }
 
@@ -55,14 +55,14 @@ void frmSelName::addButtons() {
     platform::makePlain(*lblStatus_);
     lblStatus_->setWordWrap(true);
     lblStatus_->hide();
-    layout()->addWidget(lblStatus_);
+    rows_->addWidget(lblStatus_);
     platform::nameControl(*cmdOK_, "cmdOK", "button", QStringLiteral("OK"));
     platform::nameControl(*cmdCancel_, "cmdCancel", "button", QStringLiteral("Cancel"));
     auto* line = new QHBoxLayout;
     line->addStretch();
     line->addWidget(cmdOK_);
     line->addWidget(cmdCancel_);
-    static_cast<QVBoxLayout*>(layout())->addLayout(line);
+    rows_->addLayout(line);
     connect(cmdOK_, &QPushButton::clicked, this, &frmSelName::cmdOK_Click);
     connect(cmdCancel_, &QPushButton::clicked, this, &QWidget::close);
 }
@@ -122,10 +122,7 @@ void frmSelName::LoadSkills() {
 }
 
 void frmSelName::Tab1_Click(int tab) {
-    const std::array<CriteriaPane*, 4> panes = {names_, udf_, cards_, skills_};
-    for (std::size_t i = 0; i < panes.size(); ++i) {
-        panes.at(i)->setVisible(static_cast<int>(i) == tab);
-    }
+    panes_->setCurrentIndex(tab);
     switch (tab) {
     case 0:
         names_->focusFirst();

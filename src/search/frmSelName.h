@@ -12,7 +12,9 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QStackedLayout>
 #include <QTabBar>
+#include <QVBoxLayout>
 #include <cstdint>
 #include <exception>
 #include <optional>
@@ -69,6 +71,8 @@ private:
     bool leftForOwnPopup_ = false;
 
     FocusLabels focusLabels_;
+    QVBoxLayout* rows_;
+    QStackedLayout* panes_;
     QTabBar* Tab1_;
     NamesPane* names_;
     UdfPane* udf_;

@@ -148,6 +148,7 @@ Recordset& Recordset::operator=(Recordset&& other) noexcept {
     columns_ = std::exchange(other.columns_, noColumns());
     cells_ = std::exchange(other.cells_, {});
     texts_ = std::exchange(other.texts_, {});
+    wide_ = std::exchange(other.wide_, {});
     position_ = std::exchange(other.position_, 0);
     return *this;
 }
@@ -156,23 +157,28 @@ void Recordset::refuseLongText() {
     throw RunTimeError(7, "Out of memory");
 }
 
+void Recordset::addWide(Cell::Kind kind, std::uint64_t bits) {
+    cells_.push(Cell::kept(kind, wide_.size()));
+    wide_.push_back(bits);
+}
+
 void Recordset::finish() {
-    if (isAscii(texts_)) {
+    bool ascii = true;
+    texts_.forEachChunk([&](const char* text, std::size_t length) {
+        ascii = ascii && isAscii({text, length});
+    });
+    if (ascii) {
         return;
     }
-    for (Cell& cell : cells_) {
-        const std::string_view text =
-            cell.kind == FieldValue::Kind::Text
-                ? std::string_view(texts_).substr(cell.payload, cell.length)
-                : std::string_view();
-        if (isAscii(text)) {
+    const std::size_t count = cells_.size();
+    for (std::size_t index = 0; index < count; ++index) {
+        Cell& cell = cells_[index];
+        if (cell.kind() != Cell::Kind::Text || isAscii(textOf(cell))) {
             continue;
         }
-        const std::string valid = unicode::toValidUtf8(text);
-        if (valid != text) {
-            cell.payload = texts_.size();
-            cell.length = static_cast<std::uint32_t>(valid.size());
-            texts_ += valid;
+        const std::string valid = unicode::toValidUtf8(textOf(cell));
+        if (valid != textOf(cell)) {
+            cell = keptText(valid);
         }
     }
 }
@@ -218,21 +224,24 @@ FieldValue Recordset::at(std::size_t row, std::size_t index) const {
     }
     const Cell& cell = cells_[row * columns_->size() + index];
     const ColumnType type = (*columns_)[index].type;
-    switch (cell.kind) {
-    case FieldValue::Kind::Integer:
-        return {type, std::bit_cast<std::int64_t>(cell.payload)};
-    case FieldValue::Kind::Real:
-        return {type, std::bit_cast<double>(cell.payload)};
-    case FieldValue::Kind::Text:
-        return {type, std::string_view(texts_).substr(cell.payload, cell.length)};
-    case FieldValue::Kind::Null:
+    switch (cell.kind()) {
+    case Cell::Kind::Integer:
+        return {type, cell.integer()};
+    case Cell::Kind::WideInteger:
+        return {type, std::bit_cast<std::int64_t>(wide_[cell.index()])};
+    case Cell::Kind::Real:
+        return {type, std::bit_cast<double>(wide_[cell.index()])};
+    case Cell::Kind::Text:
+        return {type, textOf(cell)};
+    case Cell::Kind::Null:
         break;
     }
     return {};
 }
 
 std::size_t Recordset::memoryUse() const {
-    return cells_.capacity() * sizeof(Cell) + texts_.capacity();
+    return cells_.capacity() * sizeof(Cell) + texts_.capacity() +
+           wide_.capacity() * sizeof(std::uint64_t);
 }
 
 } // namespace kintar

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/DateTime.h"
+#include "server/RowBuffers.h"
 
 #include <bit>
 #include <cstdint>
@@ -87,22 +88,17 @@ public:
 
     // Filling, by engines: the values of a row in column order, row after row. In the header, since
     // a large list is filled at the speed at which the engine steps.
-    void addNull() { cells_.push_back({0, 0, FieldValue::Kind::Null}); }
+    void addNull() { cells_.push(Cell::null()); }
     void addInteger(std::int64_t value) {
-        cells_.push_back({static_cast<std::uint64_t>(value), 0, FieldValue::Kind::Integer});
-    }
-    void addReal(double value) {
-        cells_.push_back({std::bit_cast<std::uint64_t>(value), 0, FieldValue::Kind::Real});
-    }
-    /// Throws RunTimeError 7 for a text beyond 4 GB.
-    void addText(std::string_view value) {
-        if (value.size() > UINT32_MAX) {
-            refuseLongText();
+        if (Cell::fits(value)) {
+            cells_.push(Cell::integer(value));
+        } else {
+            addWide(Cell::Kind::WideInteger, std::bit_cast<std::uint64_t>(value));
         }
-        cells_.push_back(
-            {texts_.size(), static_cast<std::uint32_t>(value.size()), FieldValue::Kind::Text});
-        texts_.append(value);
     }
+    void addReal(double value) { addWide(Cell::Kind::Real, std::bit_cast<std::uint64_t>(value)); }
+    /// Throws RunTimeError 7 where a text is longer than 64 MB or all of them take 32 GB.
+    void addText(std::string_view value) { cells_.push(keptText(value)); }
     /// To be called when all rows are added: makes every text valid UTF-8, whatever the database
     /// held.
     void finish();
@@ -136,23 +132,32 @@ public:
     [[nodiscard]] std::size_t memoryUse() const;
 
 private:
-    // One cell is 16 bytes; texts stand one after another in one buffer.
-    struct Cell {
-        std::uint64_t payload = 0;
-        std::uint32_t length = 0;
-        FieldValue::Kind kind = FieldValue::Kind::Null;
-    };
-
     [[nodiscard]] std::ptrdiff_t count() const {
         return static_cast<std::ptrdiff_t>(RecordCount());
     }
 
     static SharedColumns noColumns();
     [[noreturn]] static void refuseLongText();
+    void addWide(Cell::Kind kind, std::uint64_t bits);
+
+    Cell keptText(std::string_view value) {
+        const std::size_t place = texts_.append(value.data(), value.size());
+        if (value.size() > Cell::longestText || place > Cell::lastTextPlace) {
+            refuseLongText();
+        }
+        return Cell::text(place, value.size());
+    }
+    [[nodiscard]] std::string_view textOf(const Cell& cell) const {
+        // An empty text may lie at a chunk's end, where no item is.
+        return cell.textLength() == 0
+                   ? std::string_view()
+                   : std::string_view(&texts_[cell.textPlace()], cell.textLength());
+    }
 
     SharedColumns columns_ = noColumns();
-    std::vector<Cell> cells_;
-    std::string texts_;
+    ChunkedBuffer<Cell, 15> cells_;
+    ChunkedBuffer<char, 20> texts_;
+    std::vector<std::uint64_t> wide_; ///< values that no cell holds
     std::ptrdiff_t position_ = 0;
 };
 

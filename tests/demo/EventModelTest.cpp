@@ -27,8 +27,8 @@ TEST(EventModel, ShowsTheLatestEventOnTop) {
     model.add(eventOf(1));
     model.add(eventOf(2));
     ASSERT_EQ(model.rowCount(), 2);
-    EXPECT_EQ(model.event(0).id, 2);
-    EXPECT_EQ(model.event(1).id, 1);
+    EXPECT_EQ(model.eventAt(0).id, 2);
+    EXPECT_EQ(model.eventAt(1).id, 1);
 }
 
 TEST(EventModel, ShowsTimeNameLocationDeviceAndEvent) {
@@ -68,7 +68,7 @@ TEST(EventModel, ForgetsTheOldestEvents) {
         model.add(eventOf(id));
     }
     EXPECT_EQ(model.rowCount(), EventModel::mostEvents);
-    EXPECT_EQ(model.event(model.rowCount() - 1).id, 6);
+    EXPECT_EQ(model.eventAt(model.rowCount() - 1).id, 6);
 }
 
 } // namespace

@@ -36,18 +36,27 @@ def attribute(node, name):
         return None
 
 
-def find(control, window=None):
+def is_page_tab(node, caption):
+    """A page of a tab strip has no control name: it goes by its caption."""
+    return attribute(node, "name") == caption and node.getRole() == pyatspi.ROLE_PAGE_TAB
+
+
+def find(control, window=None, role=None):
+    """A control by its name; with a role, what has that role and that accessible name."""
     for node in nodes():
-        if attribute(node, "description") == control:
-            if window is None or owner(node) == window:
-                return node
+        if role is None:
+            matches = attribute(node, "description") == control or is_page_tab(node, control)
+        else:
+            matches = attribute(node, "name") == control and node.getRoleName() == role
+        if matches and (window is None or owner(node) == window):
+            return node
     return None
 
 
 def owner(node):
     """The title of the window that a control stands in."""
-    while node is not None:
-        if node.getRole() in (pyatspi.ROLE_FRAME, pyatspi.ROLE_DIALOG, pyatspi.ROLE_WINDOW):
+    while node is not None and node.parent is not None:
+        if node.parent.getRole() == pyatspi.ROLE_APPLICATION:
             return node.name
         node = node.parent
     return None
@@ -72,7 +81,7 @@ def item_of(node, name):
 
 
 def answer(request):
-    node = find(request["control"], request.get("window"))
+    node = find(request["control"], request.get("window"), request.get("role"))
     if node is None:
         return {"found": False}
     extents = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
@@ -85,6 +94,8 @@ def answer(request):
             action.doAction(actions.index(request["action"]))
     except NotImplementedError:
         pass
+    if request.get("focus"):
+        node.queryComponent().grabFocus()
     if "value" in request:
         node.queryEditableText().setTextContents(request["value"])
     return {

@@ -160,10 +160,13 @@ class Desktop:
         await_true(lambda: not self.windows(title), seconds, f"no window titled {title}")
 
     def geometry(self, window):
-        """Left, top, width and height on the screen, in pixels."""
-        text = self.run("xdotool", "getwindowgeometry", "--shell", str(window)).stdout
-        values = dict(line.split("=") for line in text.split())
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+        """Left, top, width and height of a window's inside on the screen, in pixels."""
+        text = self.run("xwininfo", "-id", str(window)).stdout
+        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(
+            int(re.search(rf"^\s*{label}:\s*(-?\d+)", text, re.MULTILINE).group(1))
+            for label in labels
+        )
 
     def focused_window(self):
         found = self.run("xdotool", "getwindowfocus", check=False)

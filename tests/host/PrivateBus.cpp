@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -39,7 +40,7 @@ std::string makeFolder() {
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command,
                            const std::vector<std::pair<std::string, std::string>>& environment,
-                           int output) {
+                           int output, int errors) {
     pid_ = fork();
     if (pid_ != 0) {
         return;
@@ -49,6 +50,9 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
     }
     if (output >= 0) {
         dup2(output, STDOUT_FILENO);
+    }
+    if (errors >= 0) {
+        dup2(errors, STDERR_FILENO);
     }
     std::vector<char*> arguments;
     for (const std::string& argument : command) {
@@ -105,9 +109,11 @@ PrivateBus::PrivateBus() : folder_(makeFolder()) {
     if (pipe(ends) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe");
     }
+    const int log = open((folder_ + "/daemon.log").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     daemon_ = new ChildProcess(
         {"dbus-daemon", "--config-file=" + configuration, "--nofork", "--print-address=1"}, {},
-        ends[1]);
+        ends[1], log);
+    close(log);
     close(ends[1]);
     address_ = readLine(ends[0]);
     close(ends[0]);

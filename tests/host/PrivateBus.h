@@ -11,10 +11,11 @@ namespace kintar::host {
 class ChildProcess {
 public:
     ChildProcess() = default;
-    /// `output` is the descriptor that becomes its standard output; -1 leaves it as it is.
+    /// `output` and `errors` are the descriptors that become its standard output and error; -1
+    /// leaves them as they are.
     ChildProcess(const std::vector<std::string>& command,
                  const std::vector<std::pair<std::string, std::string>>& environment,
-                 int output = -1);
+                 int output = -1, int errors = -1);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
@@ -29,7 +30,8 @@ private:
     int status_ = -1;
 };
 
-/// A private session bus.
+/// A private session bus. What its daemon says, and what servers say that it starts, goes to
+/// `daemon.log` in its folder.
 class PrivateBus {
 public:
     PrivateBus();

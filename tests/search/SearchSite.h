@@ -38,6 +38,8 @@ public:
     /// Runs statements of the engine's own language, as another program does.
     void foreign(const std::string& sql);
 
+    [[nodiscard]] std::string database() const { return folder_ / "site.db"; }
+
     /// The shared state, started up on this site.
     modGlobals& globals() { return globals_; }
 

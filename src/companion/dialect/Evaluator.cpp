@@ -40,22 +40,14 @@ int order(const std::string& a, const std::string& b) {
     return a < b ? -1 : static_cast<int>(a > b);
 }
 
-/// How two values compare; nothing where one is Null, or a text that is no number beside a number.
-std::optional<int> compared(const Value& a, const Value& b, bool asDates) {
+/// How two texts or two numbers compare; nothing where one is Null.
+std::optional<int> compareValues(const Value& a, const Value& b, bool asDates) {
     if (isNull(a) || isNull(b)) {
         return std::nullopt;
     }
-    const bool textA = std::holds_alternative<std::string>(a);
-    const bool textB = std::holds_alternative<std::string>(b);
-    if (textA && textB) {
+    if (std::holds_alternative<std::string>(a) && std::holds_alternative<std::string>(b)) {
         return asDates ? order(textOf(a), textOf(b))
                        : order(unicode::sortKey(textOf(a)), unicode::sortKey(textOf(b)));
-    }
-    if (textA || textB) {
-        const auto decimalA = numericText(textOf(a));
-        const auto decimalB = numericText(textOf(b));
-        return decimalA && decimalB ? std::optional(compareDecimals(*decimalA, *decimalB))
-                                    : std::nullopt;
     }
     const auto* wholeA = std::get_if<std::int64_t>(&a);
     const auto* wholeB = std::get_if<std::int64_t>(&b);
@@ -63,11 +55,6 @@ std::optional<int> compared(const Value& a, const Value& b, bool asDates) {
         return *wholeA < *wholeB ? -1 : static_cast<int>(*wholeA > *wholeB);
     }
     return realOf(a) < realOf(b) ? -1 : static_cast<int>(realOf(a) > realOf(b));
-}
-
-std::optional<int> compared(const Value& a, const Expression& left, const Value& b,
-                            const Expression& right) {
-    return compared(a, b, left.type == ColumnType::DateTime || right.type == ColumnType::DateTime);
 }
 
 bool holds(ComparisonOperator operation, int order) {
@@ -157,6 +144,31 @@ Truth Evaluator::condition(const Expression& expression) const {
     });
 }
 
+std::optional<std::string> Evaluator::decimal(const Expression& expression,
+                                              const Value& value) const {
+    const Literal* literal = asLiteral(expression);
+    // A long number written in the statement keeps digits that its value has lost.
+    return literal != nullptr && literal->literal == LiteralKind::Decimal
+               ? decimalOfNumber(literals_[literal->ordinal].raw)
+               : numericText(textOf(value));
+}
+
+std::optional<int> Evaluator::compared(const Value& a, const Expression& left,
+                                       const Expression& right) const {
+    const Value b = value(right);
+    const bool textA = std::holds_alternative<std::string>(a);
+    const bool textB = std::holds_alternative<std::string>(b);
+    if (textA == textB || isNull(a) || isNull(b)) {
+        const bool asDates =
+            left.type == ColumnType::DateTime || right.type == ColumnType::DateTime;
+        return compareValues(a, b, asDates);
+    }
+    const auto decimalA = decimal(left, a);
+    const auto decimalB = decimal(right, b);
+    return decimalA && decimalB ? std::optional(compareDecimals(*decimalA, *decimalB))
+                                : std::nullopt;
+}
+
 Value Evaluator::evaluate(const Literal& literal) const {
     const LiteralValue& value = literals_[literal.ordinal];
     switch (value.kind) {
@@ -228,8 +240,7 @@ Value Evaluator::evaluate(const Concatenation& concatenation) const {
 }
 
 Truth Evaluator::test(const Comparison& comparison) const {
-    const auto order = compared(value(*comparison.left), *comparison.left, value(*comparison.right),
-                                *comparison.right);
+    const auto order = compared(value(*comparison.left), *comparison.left, *comparison.right);
     return order ? Truth(holds(comparison.operation, *order)) : std::nullopt;
 }
 
@@ -244,8 +255,8 @@ Truth Evaluator::test(const LikeTest& like) const {
 
 Truth Evaluator::test(const BetweenTest& between) const {
     const Value operand = value(*between.operand);
-    const auto low = compared(operand, *between.operand, value(*between.low), *between.low);
-    const auto high = compared(operand, *between.operand, value(*between.high), *between.high);
+    const auto low = compared(operand, *between.operand, *between.low);
+    const auto high = compared(operand, *between.operand, *between.high);
     if (!low || !high) {
         return std::nullopt;
     }
@@ -257,7 +268,7 @@ Truth Evaluator::test(const InListTest& in) const {
     const Value operand = value(*in.operand);
     Truth found = false;
     for (const ExpressionPtr& item : in.items) {
-        const auto order = compared(operand, *in.operand, value(*item), *item);
+        const auto order = compared(operand, *in.operand, *item);
         found = both(found, order ? Truth(*order == 0) : std::nullopt, false);
     }
     return negatedIf(in.negated, found);

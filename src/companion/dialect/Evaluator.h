@@ -42,6 +42,13 @@ private:
     [[nodiscard]] Truth test(const LogicalNot& inversion) const;
     [[nodiscard]] Truth test(const LogicalChain& chain) const;
 
+    /// How two values compare; nothing where one is Null, or a text that is no number beside a
+    /// number. `a` is the value of `left`.
+    [[nodiscard]] std::optional<int> compared(const Value& a, const Expression& left,
+                                              const Expression& right) const;
+    [[nodiscard]] std::optional<std::string> decimal(const Expression& expression,
+                                                     const Value& value) const;
+
     const Recordset& rows_;
     std::size_t row_;
     const std::vector<LiteralValue>& literals_;

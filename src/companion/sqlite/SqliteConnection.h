@@ -47,6 +47,8 @@ public:
     dialect::Translation translate(std::string_view sql);
     /// The tables as they were when last read.
     [[nodiscard]] const Catalog& catalog() const { return *catalog_; }
+    /// The engine's own handle, for measuring beside it; null once closed.
+    [[nodiscard]] sqlite3* handle() const { return database_.get(); }
     [[nodiscard]] std::size_t knownShapes() const { return cache_.size(); }
 
 private:

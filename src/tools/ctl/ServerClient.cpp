@@ -28,6 +28,12 @@ ServerClient::ServerClient() {
         throw CallError("org.freedesktop.DBus.Error.NoServer",
                         std::string("no session bus: ") + std::strerror(-result));
     }
+    // From the start: a server that ends right after an answer must not be missed.
+    const std::string rule = std::string("type='signal',sender='org.freedesktop.DBus',"
+                                         "interface='org.freedesktop.DBus',"
+                                         "member='NameOwnerChanged',arg0='") +
+                             host::busName + "'";
+    check(sd_bus_add_match(bus_, nullptr, rule.c_str(), ownerChanged, this), "watch the server");
 }
 
 ServerClient::~ServerClient() {
@@ -46,7 +52,7 @@ host::BusMessage ServerClient::newCall(const std::string& path, const std::strin
 }
 
 host::BusMessage ServerClient::send(const host::BusMessage& call) {
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};
     sd_bus_message* answer = nullptr;
     const int result = sd_bus_call(bus_, call.get(), UINT64_MAX, &error, &answer);
     if (result < 0) {
@@ -85,7 +91,9 @@ std::string ServerClient::introspect(const std::string& path) {
 std::string ServerClient::create(const std::string& publicClass) {
     const host::BusMessage call = newCall(host::rootPath, host::serverInterface, "CreateObject");
     appendText(call, "s", publicClass, "create");
-    created_.push_back(readText(send(call)));
+    const host::BusMessage answer = send(call);
+    server_ = answer.sender();
+    created_.push_back(readText(answer));
     return created_.back();
 }
 
@@ -188,11 +196,8 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(seconds.value_or(0)));
-    sd_bus_slot* watch = nullptr;
-    check(sd_bus_match_signal(bus_, &watch, "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                              "org.freedesktop.DBus", "NameOwnerChanged", serverLeft, this),
-          "watch the server");
-    while (!stop() && !serverLeft_) {
+    // In this order: what `stop` asks a server that has gone would start another one.
+    while (!serverLeft_ && !stop()) {
         const auto left =
             std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
         if (seconds && left <= 0) {
@@ -206,17 +211,17 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
             serverLeft_ = true;
         }
     }
-    sd_bus_slot_unref(watch);
     return !serverLeft_;
 }
 
-int ServerClient::serverLeft(sd_bus_message* message, void* userdata, sd_bus_error*) {
+int ServerClient::ownerChanged(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    auto* client = static_cast<ServerClient*>(userdata);
     const char* name = nullptr;
     const char* before = nullptr;
     const char* after = nullptr;
     if (sd_bus_message_read(message, "sss", &name, &before, &after) > 0 &&
-        std::strcmp(name, host::busName) == 0 && *after == '\0') {
-        static_cast<ServerClient*>(userdata)->serverLeft_ = true;
+        !client->server_.empty() && client->server_ == before) {
+        client->serverLeft_ = true;
     }
     return 0;
 }

@@ -66,9 +66,10 @@ private:
                              const std::string& member);
     host::BusMessage send(const host::BusMessage& call);
     const MemberDescription& memberOf(const std::string& path, const std::string& member);
-    static int serverLeft(sd_bus_message* message, void* userdata, sd_bus_error* error);
+    static int ownerChanged(sd_bus_message* message, void* userdata, sd_bus_error* error);
 
     sd_bus* bus_ = nullptr;
+    std::string server_; ///< the unique name of the server that made the objects
     bool serverLeft_ = false;
     std::vector<std::string> created_;
     std::map<std::string, InterfaceDescription> interfaces_;

@@ -1,5 +1,6 @@
 // kintarctl: the server's common calls for people and scripts.
 #include "host/BusNames.h"
+#include "tools/ctl/OverridesCommand.h"
 #include "tools/ctl/PhotoCommand.h"
 #include "tools/ctl/RawLine.h"
 #include "tools/ctl/RawSession.h"
@@ -39,6 +40,7 @@ constexpr const char* examples =
     "Examples:\n"
     "  kintarctl classes\n"
     "  kintarctl photo --id 17 --locgrp 1 --fname Ada --lname Byron --event Granted --for 30\n"
+    "  kintarctl overrides --point 101 --name 'Dock door' --loc Lisbon --opr Ann --oprid 1\n"
     "  printf 'create objKintar as k\\nset k LocGrp 1\\nset k ID 17\\nwait 5000\\n' | kintarctl "
     "raw\n"
     "\n"
@@ -52,6 +54,7 @@ struct Options {
     std::optional<std::int32_t> opr;
     std::optional<double> seconds;
     std::optional<std::string> locName, fName, lName, device, event, dateTime, code;
+    OverridesRequest overrides;
     bool stopAtError = false;
     std::string path = kintar::host::rootPath;
 };
@@ -75,6 +78,35 @@ void addPhoto(CLI::App& line, Options& options) {
     photo->footer(std::string("Holds its object until Ctrl-C, or for the seconds given.\n") +
                   closing +
                   "\nExample:\n  kintarctl photo --id 17 --locgrp 1 --lname Byron --for 30\n");
+}
+
+void addOverrides(CLI::App& line, Options& options) {
+    OverridesRequest& request = options.overrides;
+    request.commands = {"secure", "open", "timezone"};
+    CLI::App* overrides =
+        line.add_subcommand("overrides", "edit the scheduled overrides of a point");
+    overrides->add_option("--point", request.point, "the point, or the group")->required();
+    overrides->add_option("--type", request.type,
+                          "0 door or output, 1 input, 2 group of doors or outputs, 3 group of "
+                          "inputs (default: 0)");
+    overrides->add_option("--name", request.pointName, "the point's name");
+    overrides->add_option("--loc", request.locName, "the location's name");
+    overrides->add_option("--opr", request.oprName, "the operator's name");
+    overrides->add_option("--oprid", request.oprId, "the operator's number");
+    overrides
+        ->add_option("--commands", request.commands,
+                     "what the point accepts (default: secure,open,timezone)")
+        ->delimiter(',')
+        ->check(CLI::IsMember(overrideCommandWords()));
+    overrides->add_option("--for", options.seconds, "hold the window for SECONDS, then end")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("SECONDS");
+    overrides->footer(
+        std::string(
+            "Returns when the editor has closed, at Ctrl-C, or after the seconds given.\n") +
+        closing +
+        "\nExample:\n  kintarctl overrides --point 102 --type 1 --name 'Dock sensor' --loc Lisbon "
+        "--opr Ann \\\n      --oprid 1 --commands secure,open,timezone,arm,bypass\n");
 }
 
 void addRaw(CLI::App& line, Options& options) {
@@ -133,6 +165,11 @@ int run(const CLI::App& line, const Options& options) {
         return showPhoto(client, photoEvent(options), options.seconds,
                          [] { return interrupted != 0; });
     }
+    if (line.got_subcommand("overrides")) {
+        watchForInterrupts();
+        return editOverrides(client, options.overrides, options.seconds,
+                             [] { return interrupted != 0; });
+    }
     if (line.got_subcommand("raw")) {
         return runRaw(client, options);
     }
@@ -154,6 +191,7 @@ int main(int argc, char** argv) {
     CLI::App line("Calls of the Kintar3 server for people and scripts.", "kintarctl");
     Options options;
     addPhoto(line, options);
+    addOverrides(line, options);
     addRaw(line, options);
     addQuestions(line, options);
     line.require_subcommand(1);

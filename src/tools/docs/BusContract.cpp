@@ -18,7 +18,7 @@ server = bus.get_object("net.tarnholm.Kintar3", "/net/tarnholm/Kintar3")
 
 def create(name):
     path = server.CreateObject(name, dbus_interface="net.tarnholm.Kintar3.Server")
-    return bus.get_object("net.tarnholm.Kintar3", path, introspect=False)
+    return bus.get_object("net.tarnholm.Kintar3", path)
 
 photo = create("objKintar")
 def put(member, value):
@@ -91,7 +91,8 @@ constexpr const char* life = R"MD(
   wait, those of other clients do not. So give `CreateObject` no short timeout.
 - A call that wants no answer (`NO_REPLY_EXPECTED`) gets none, not even an error.
 - The server ends 10 seconds after its last object is gone, with status 0. The next call starts it
-  again.
+  again. Some bindings resolve the bus name once and then call that process: ask for the root object
+  anew after your last object has gone.
 
 ## Signals
 

@@ -27,9 +27,9 @@ std::string line(const nlohmann::ordered_json& json) {
 } // namespace
 
 CardFeed::CardFeed(SiteDatabase& database, std::uint64_t seed)
-    : database_(database), random_(seed, "feed") {}
+    : database_(database), seed_(seed), anybody_(seed, "feed") {}
 
-CardFeed::Place CardFeed::placeIn(int locGrp) {
+CardFeed::Place CardFeed::placeIn(int locGrp, Random& random) {
     SiteStatement places(database_,
                          "SELECT Loc.Name, Dev.Name FROM Loc JOIN Dev ON Dev.Loc = Loc.Loc "
                          "WHERE Loc.LocGrp = ? ORDER BY Loc.Loc, Dev.Device LIMIT 1000");
@@ -38,7 +38,7 @@ CardFeed::Place CardFeed::placeIn(int locGrp) {
     while (places.next()) {
         all.push_back({places.text(0), places.text(1)});
     }
-    return all.empty() ? Place{} : random_.pick(std::span<const Place>(all));
+    return all.empty() ? Place{} : random.pick(std::span<const Place>(all));
 }
 
 std::optional<int> CardFeed::personFrom(int id) {
@@ -61,10 +61,12 @@ std::optional<CardEvent> CardFeed::eventOf(int person) {
     event.firstName = query.text(1);
     event.locGrp = static_cast<int>(query.integer(2));
     event.code = query.text(3);
-    const Place place = placeIn(event.locGrp);
+    const int before = eventsOfPerson_[person]++;
+    Random random(seed_, "event of " + std::to_string(person), static_cast<std::uint64_t>(before));
+    const Place place = placeIn(event.locGrp, random);
     event.locName = place.loc;
     event.device = place.device;
-    event.eventDesc = inventedEvent(random_);
+    event.eventDesc = before == 0 ? "Access granted" : inventedEvent(random);
     return event;
 }
 
@@ -85,7 +87,7 @@ std::vector<CardEvent> CardFeed::events(int count) {
     const auto lowest = static_cast<int>(range.integer(0));
     const auto highest = static_cast<int>(range.integer(1));
     while (!events.empty() && static_cast<int>(events.size()) < count) {
-        events.push_back(*eventOf(*personFrom(random_.between(lowest, highest))));
+        events.push_back(*eventOf(*personFrom(anybody_.between(lowest, highest))));
     }
     return events;
 }

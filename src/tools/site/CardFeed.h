@@ -4,6 +4,7 @@
 #include "tools/site/Random.h"
 #include "tools/site/SiteDatabase.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,7 +34,8 @@ class CardFeed {
 public:
     CardFeed(SiteDatabase& database, std::uint64_t seed);
 
-    /// The next event of this person; nothing where the site has no such person.
+    /// The next event of this person, the first one always a granted access; nothing where the site
+    /// has no such person.
     std::optional<CardEvent> eventOf(int person);
     /// So many events: first the persons with the lowest numbers, one each, then anybody. Fewer
     /// where the site has nobody.
@@ -45,11 +47,13 @@ private:
         std::string loc;
         std::string device;
     };
-    Place placeIn(int locGrp);
+    Place placeIn(int locGrp, Random& random);
     std::optional<int> personFrom(int id);
 
     SiteDatabase& database_;
-    Random random_;
+    std::uint64_t seed_;
+    Random anybody_;
+    std::map<int, int> eventsOfPerson_; ///< so many so far
 };
 
 /// The event, or the operator, as one JSON object on one line. Its `kind` is `event` or `operator`,

@@ -111,7 +111,8 @@ void paintClothes(QPainter& painter, const Face& face) {
 }
 
 void paintBadge(QPainter& painter, int id) {
-    const QRectF badge(318, 556, 150, 72);
+    // Above the lowest part, which a display may cover with the name.
+    const QRectF badge(322, 470, 150, 72);
     painter.setPen(QPen(QColor(60, 66, 78), 3));
     painter.setBrush(QColor(252, 252, 250));
     painter.drawRoundedRect(badge, 8, 8);

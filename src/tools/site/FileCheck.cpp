@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t largestTextFile = 1024 * 1024;
+constexpr std::size_t largestTextFile = 1'048'576;
 
 bool isPlainFolder(const fs::path& folder, const std::string& where, Findings& findings) {
     std::error_code error;

@@ -90,7 +90,8 @@ void SiteStatement::bind(int position, std::int64_t value) {
 
 void SiteStatement::bind(int position, std::string_view text) {
     check(sqlite3_bind_text(statement_.get(), position, text.data() != nullptr ? text.data() : "",
-                            static_cast<int>(text.size()), SQLITE_STATIC));
+                            static_cast<int>(text.size()),
+                            copyTexts_ ? SQLITE_TRANSIENT : SQLITE_STATIC));
 }
 
 void SiteStatement::bind(int position, DateTime moment) {

@@ -31,6 +31,8 @@ public:
     /// Binds the values in order and runs the statement to its end.
     template <class... Values>
     void run(const Values&... values) {
+        // It has run before its arguments end: their texts need no copies.
+        copyTexts_ = false;
         int position = 0;
         (bind(++position, values), ...);
         finish();
@@ -39,6 +41,7 @@ public:
     template <class... Values>
     void start(const Values&... values) {
         reset();
+        copyTexts_ = true;
         int position = 0;
         (bind(++position, values), ...);
     }
@@ -58,7 +61,6 @@ private:
     void bind(int position, std::int64_t value);
     void bind(int position, int value) { bind(position, static_cast<std::int64_t>(value)); }
     void bind(int position, YesNo value) { bind(position, static_cast<std::int64_t>(value)); }
-    /// The text must live until the statement has run.
     void bind(int position, std::string_view text);
     void bind(int position, const std::string& text) { bind(position, std::string_view(text)); }
     void bind(int position, const char* text) { bind(position, std::string_view(text)); }
@@ -78,6 +80,7 @@ private:
 
     SiteDatabase* database_;
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+    bool copyTexts_ = true;
 };
 
 /// A connection. Every failure is a SiteError that names the file.

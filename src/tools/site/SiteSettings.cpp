@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t largestSettings = 64 * 1024;
+constexpr std::size_t largestSettings = 65'536;
 
 /// An open file; closed at the end of its block.
 class Descriptor {

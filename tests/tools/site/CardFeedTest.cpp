@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <set>
+
 namespace kintar::site {
 namespace {
 
@@ -26,6 +28,19 @@ TEST_F(CardFeedTest, GivesAnEventOfAPerson) {
     EXPECT_TRUE(event->locName.starts_with("North Campus, "));
     EXPECT_FALSE(event->device.empty());
     EXPECT_EQ(event->code, made.value("SELECT Code FROM Cards WHERE NameID = 2 AND Status <> 0"));
+}
+
+TEST_F(CardFeedTest, GivesAPersonsEventsInSeveralPlacesAndOfSeveralKinds) {
+    EXPECT_EQ(feed.eventOf(2)->eventDesc, "Access granted");
+    std::set<std::string> places;
+    std::set<std::string> kinds;
+    for (int i = 0; i < 50; ++i) {
+        const CardEvent event = *feed.eventOf(2);
+        places.insert(event.locName + event.device);
+        kinds.insert(event.eventDesc);
+    }
+    EXPECT_GT(places.size(), 5U);
+    EXPECT_GT(kinds.size(), 2U);
 }
 
 TEST_F(CardFeedTest, GivesNothingForAPersonWhoIsMissing) {

@@ -1,0 +1,1 @@
+kintar_bench(statement_bench SOURCES StatementBench.cpp LINK kintar_companion)

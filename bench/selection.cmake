@@ -1,0 +1,9 @@
+kintar_bench(selection_bench
+    SOURCES SelectionBench.cpp ${PROJECT_SOURCE_DIR}/tests/search/SearchSite.cpp
+    LINK kintar_selection_lists kintar_companion)
+kintar_bench(board_bench
+    SOURCES BoardBench.cpp ${PROJECT_SOURCE_DIR}/tests/search/SearchSite.cpp
+    LINK kintar_board_windows kintar_companion)
+foreach(bench selection_bench board_bench)
+    target_include_directories(${bench} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+endforeach()
