@@ -43,8 +43,8 @@ AdditionalDaysFrame::AdditionalDaysFrame(const LocaleFormats& formats, QWidget* 
     layout->addWidget(List1, 0, 2, 5, 1);
     layout->setColumnStretch(2, 1);
     connect(cmdAdd2List, &QPushButton::clicked, this, [this] {
-        dtMultiStart->interpretText();
-        dtMultiStop->interpretText();
+        completeDate(*dtMultiStart);
+        completeDate(*dtMultiStop);
         onAdd(fromQDate(dtMultiStart->date()), fromQDate(dtMultiStop->date()));
     });
     connect(cmdDelList, &QPushButton::clicked, this, &AdditionalDaysFrame::removeSelected);
@@ -86,6 +86,10 @@ void AdditionalDaysFrame::begin(DateTime today) {
 }
 
 void AdditionalDaysFrame::display(const std::vector<AdditionalDay>& days) {
+    cmdDelList->setEnabled(!days.empty());
+    if (days.empty() && List1->topLevelItemCount() == 0) {
+        return; // as while browsing
+    }
     const QTreeWidgetItem* selected = List1->currentItem();
     const QString selectedKey = selected ? selected->data(0, keyRole).toString() : QString();
     List1->clear();
@@ -98,7 +102,6 @@ void AdditionalDaysFrame::display(const std::vector<AdditionalDay>& days) {
             List1->setCurrentItem(item);
         }
     }
-    cmdDelList->setEnabled(!days.empty());
 }
 
 void AdditionalDaysFrame::removeSelected() {

@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+#include <algorithm>
+
 namespace kintar {
 namespace {
 
@@ -37,15 +39,16 @@ const char* captionOf(OverrideCommand command) {
 
 } // namespace
 
-OverrideSideFrame::OverrideSideFrame(const Names& names, const std::string& shortDate,
+OverrideSideFrame::OverrideSideFrame(const Names& names, const OverrideTexts& texts,
                                      QWidget* parent)
     : QGroupBox(QString::fromLatin1(names.title), parent), names_(names) {
     platform::nameControl(*this, names.frame, "frame", title());
     auto* layout = new QGridLayout(this);
     layout->setColumnStretch(1, 1);
     makeOptions(*layout);
-    makeDate(*layout, shortDate);
+    makeDate(*layout, texts.formats().shortDate);
     makeTime(*layout);
+    reserveReadout(texts);
 }
 
 QLabel* OverrideSideFrame::newLabel(const char* name, const QString& text) {
@@ -110,8 +113,18 @@ void OverrideSideFrame::makeTime(QGridLayout& layout) {
     layout.setRowStretch(3, 1);
 }
 
+void OverrideSideFrame::reserveReadout(const OverrideTexts& texts) {
+    // A fixed size: whichever time is shown, nothing is laid out anew.
+    int widest = 0;
+    for (int step = 0; step <= lastStep; ++step) {
+        const QString readout = platform::oneLine(texts.readout(step));
+        widest = std::max(widest, readout_->fontMetrics().horizontalAdvance(readout));
+    }
+    readout_->setFixedSize(widest, readout_->sizeHint().height());
+}
+
 void OverrideSideFrame::completeEntry() {
-    date_->interpretText();
+    completeDate(*date_);
 }
 
 void OverrideSideFrame::displayOptions(const OverrideOptions& options) {
@@ -142,13 +155,17 @@ void OverrideSideFrame::uncheckAll() {
 void OverrideSideFrame::display(const OverrideSide& side) {
     const QSignalBlocker dateBlocker(date_);
     const QSignalBlocker sliderBlocker(slider_);
-    date_->setDate(toQDate(side.time.date));
+    if (const QDate date = toQDate(side.time.date); date_->date() != date) {
+        date_->setDate(date);
+    }
     slider_->setValue(side.time.slider);
     const QString readout = platform::oneLine(side.readout);
-    readout_->setText(readout);
-    readout_->setAccessibleName(readout);
-    slider_->setToolTip(platform::tooltipText(side.readout));
-    slider_->setAccessibleName(title() + QStringLiteral(" Time ") + readout);
+    if (readout_->text() != readout) {
+        readout_->setText(readout);
+        readout_->setAccessibleName(readout);
+        slider_->setToolTip(platform::tooltipText(side.readout));
+        slider_->setAccessibleName(title() + QStringLiteral(" Time ") + readout);
+    }
     if (side.options.selected() == OverrideCommand::None) {
         uncheckAll();
     }

@@ -31,7 +31,7 @@ public:
         int firstOption; ///< 1: `opt1` to `opt5`
     };
 
-    OverrideSideFrame(const Names& names, const std::string& shortDate, QWidget* parent);
+    OverrideSideFrame(const Names& names, const OverrideTexts& texts, QWidget* parent);
 
     /// Shows a side; tells of no change.
     void display(const OverrideSide& side);
@@ -49,6 +49,7 @@ private:
     void makeOptions(QGridLayout& layout);
     void makeDate(QGridLayout& layout, const std::string& shortDate);
     void makeTime(QGridLayout& layout);
+    void reserveReadout(const OverrideTexts& texts);
     QLabel* newLabel(const char* name, const QString& text);
     void displayOptions(const OverrideOptions& options);
     void uncheckAll();

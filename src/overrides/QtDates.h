@@ -5,6 +5,7 @@
 
 #include <QDate>
 #include <QDateEdit>
+#include <QLocale>
 #include <QString>
 
 #include <string>
@@ -30,6 +31,14 @@ inline QDateEdit* newDatePicker(const std::string& shortDate, QWidget* parent) {
     picker->setCalendarPopup(true);
     picker->setKeyboardTracking(false);
     return picker;
+}
+
+/// Takes a date that is still being typed for complete. One that is complete is left alone: the
+/// picker would draw itself anew.
+inline void completeDate(QDateEdit& picker) {
+    if (picker.text() != picker.locale().toString(picker.date(), picker.displayFormat())) {
+        picker.interpretText();
+    }
 }
 
 } // namespace kintar

@@ -74,7 +74,6 @@ QPushButton* frmOvrSchedule::newButton(const char* name, const QString& caption,
 }
 
 void frmOvrSchedule::makeControls() {
-    const std::string& shortDate = services_.texts.formats().shortDate;
     Tab1 = new QTabBar(this);
     platform::nameControl(*Tab1, "Tab1", "tab strip", QStringLiteral("Pages"));
     Tab1->addTab(QStringLiteral("General"));
@@ -83,8 +82,8 @@ void frmOvrSchedule::makeControls() {
     Tab1->setElideMode(Qt::ElideRight);
     Tab1->setUsesScrollButtons(false);
     general_ = new QWidget(this);
-    startFrame_ = new OverrideSideFrame(startNames, shortDate, general_);
-    stopFrame_ = new OverrideSideFrame(stopNames, shortDate, general_);
+    startFrame_ = new OverrideSideFrame(startNames, services_.texts, general_);
+    stopFrame_ = new OverrideSideFrame(stopNames, services_.texts, general_);
     makeErrorFrame();
     additionalDays_ = new AdditionalDaysFrame(services_.texts.formats(), this);
     makeFooter();
@@ -231,6 +230,8 @@ void frmOvrSchedule::perform(Step step) {
     }
     const RoutineScope routine(*this);
     running_ = true;
+    // What messages that run within a step would draw is about to be replaced.
+    setUpdatesEnabled(false);
     while (!waiting_.empty() && !isUnloaded()) {
         const Step next = std::move(waiting_.front());
         waiting_.pop_front();
@@ -239,6 +240,7 @@ void frmOvrSchedule::perform(Step step) {
             display();
         }
     }
+    setUpdatesEnabled(true);
     running_ = false;
 }
 
@@ -299,9 +301,11 @@ void frmOvrSchedule::display() {
     additionalDays_->display(editor_.additionalDays());
     setLine(*operatorReadout_, editor_.operatorReadout());
     setLine(*lblZone, editor_.zoneLine());
-    QFont font = this->font();
-    font.setBold(editor_.zoneDiffers());
-    lblZone->setFont(font);
+    if (lblZone->font().bold() != editor_.zoneDiffers()) {
+        QFont font = this->font();
+        font.setBold(editor_.zoneDiffers());
+        lblZone->setFont(font);
+    }
     setLine(*lblNotice, editor_.notice());
     lblNotice->setVisible(!editor_.notice().empty());
     if (Tab1->currentIndex() == additionalDaysTab && !editor_.additionalDaysUsable()) {

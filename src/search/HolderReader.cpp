@@ -65,7 +65,8 @@ void CompanionStates::begin() {
 
 Icon CompanionStates::read(std::int32_t nameId) {
     const Recordset rows = record_->OpenRecordset(stateQuery(nameId), *connection_);
-    return !rows.atEnd() && isIn(rows.field("InOut").view()) ? Icon::In : Icon::Out;
+    constexpr std::size_t inOut = 4; // by position: this is done for every holder of a list
+    return !rows.atEnd() && isIn(rows.field(inOut).view()) ? Icon::In : Icon::Out;
 }
 
 void CompanionStates::end() noexcept {
