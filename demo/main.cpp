@@ -99,6 +99,9 @@ int main(int argc, char** argv) {
     Feed feed(siteTool(), options.site);
     WorkstationWindow window(feed, link);
     window.setFixedMoment(options.moment);
+    auto* actions =
+        new ActionsBar(QDBusConnection::sessionBus(), [&window] { return window.place(); });
+    window.addActions(*actions);
     // The photo window opens in the upper left corner.
     const QRect screen = window.screen()->availableGeometry();
     constexpr int besidePhoto = 230;
