@@ -87,6 +87,7 @@ QWidget* WorkstationWindow::makeControls() {
 
 void WorkstationWindow::build() {
     auto* column = new QVBoxLayout(this);
+    column_ = column;
     column->setContentsMargins(14, 12, 14, 10);
     column->setSpacing(10);
     column->addWidget(makeControls());
@@ -197,6 +198,20 @@ void WorkstationWindow::findName() {
                             : events_.isEmpty() ? CardEvent()
                                                 : events_.first();
     finder_.find(event.locGrp, event.locName, operatorId());
+}
+
+void WorkstationWindow::addActions(ActionsBar& actions) {
+    column_->insertWidget(column_->indexOf(table_) + 1, &actions);
+    connect(&actions, &ActionsBar::said, this, &WorkstationWindow::say);
+}
+
+ActionPlace WorkstationWindow::place() const {
+    if (model_.rowCount() == 0) {
+        return {};
+    }
+    const QModelIndex chosen = table_->selectionModel()->currentIndex();
+    const CardEvent& event = model_.eventAt(chosen.isValid() ? chosen.row() : 0);
+    return {event.locGrp, event.locName};
 }
 
 void WorkstationWindow::setPaused(bool paused) {

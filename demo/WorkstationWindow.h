@@ -1,6 +1,7 @@
 // The workstation: a running feed of card events, and the photo of whoever is chosen.
 #pragma once
 
+#include "demo/ActionsBar.h"
 #include "demo/CardEvent.h"
 #include "demo/EventModel.h"
 #include "demo/Feed.h"
@@ -14,6 +15,7 @@ class QComboBox;
 class QLabel;
 class QPushButton;
 class QTableView;
+class QVBoxLayout;
 
 namespace kintar::demo {
 
@@ -32,6 +34,11 @@ public:
     bool choosePerson(int id);
     /// Adds the event to the table and shows its photo.
     void play(CardEvent event);
+    /// Puts further buttons below the events; they say what they have to say in the window's line.
+    void addActions(ActionsBar& actions);
+    /// Where the event chosen, or the latest one, was. The first location of a site's group has the
+    /// group's number.
+    [[nodiscard]] ActionPlace place() const;
 
 private:
     void build();
@@ -55,6 +62,7 @@ private:
     qsizetype next_ = 0;
     QDateTime fixedMoment_;
 
+    QVBoxLayout* column_ = nullptr;
     QTableView* table_ = nullptr;
     QComboBox* operators_ = nullptr;
     QPushButton* pause_ = nullptr;

@@ -101,6 +101,9 @@ int main(int argc, char** argv) {
     NameFinder finder(QDBusConnection::sessionBus());
     WorkstationWindow window(feed, link, finder);
     window.setFixedMoment(options.moment);
+    auto* actions =
+        new ActionsBar(QDBusConnection::sessionBus(), [&window] { return window.place(); });
+    window.addActions(*actions);
     // The photo window opens in the upper left corner.
     const QRect screen = window.screen()->availableGeometry();
     constexpr int besidePhoto = 230;

@@ -138,6 +138,10 @@ void frmAlarmPopUp::show() {
 
 void frmAlarmPopUp::setForeColor(std::int32_t colour) {
     ensureLoaded();
+    if (foreColor_ == colour) {
+        return;
+    }
+    foreColor_ = colour;
     const std::optional<int> index = display::systemColourIndex(colour);
     const QColor text =
         index ? display::systemColour(*index) : colourFrom(display::colourOf(colour));
@@ -151,7 +155,10 @@ void frmAlarmPopUp::setForeColor(std::int32_t colour) {
 
 void frmAlarmPopUp::setCaption(const std::string& text) {
     ensureLoaded();
-    setWindowTitle(platform::titleText(text));
+    const QString title = platform::titleText(text);
+    if (title != windowTitle()) {
+        setWindowTitle(title);
+    }
 }
 
 void frmAlarmPopUp::makeTopmost() {

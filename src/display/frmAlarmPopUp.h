@@ -7,6 +7,8 @@
 #include "server/Companion.h"
 #include "server/modGlobals.h"
 
+#include <optional>
+
 class QCheckBox;
 class QLabel;
 class QPushButton;
@@ -55,6 +57,7 @@ private:
     platform::WindowRequests& requests_;
     platform::SettingsStore& settings_;
     std::int32_t wsHandle_ = 0;
+    std::optional<std::int32_t> foreColor_; ///< what the label shows
     QScrollArea* area_ = nullptr;
     QLabel* label_ = nullptr;
     QCheckBox* chkDisAblePopUp_ = nullptr;

@@ -135,6 +135,7 @@ void InRptBuild::ReadLocationPrinters() {
 }
 
 void InRptBuild::readSomeHolders() {
+    const std::shared_ptr<void> snapshot = world_.data.Snapshot();
     const std::size_t nameId = cards_.FieldCount() > 0 ? cards_.fieldIndex("NameID") : 0;
     for (std::size_t holders = 0; !cards_.atEnd() && holders < holdersInAStep; cards_.MoveNext()) {
         ++cardsDone_;

@@ -31,7 +31,9 @@ frmPrnRpt::frmPrnRpt(const ReportServices& services)
     crv_->onExport([this] { exportWhereTheOperatorSays(); });
 }
 
-frmPrnRpt::~frmPrnRpt() = default;
+frmPrnRpt::~frmPrnRpt() {
+    dropPrintOuts(); // a form that was never shown has no unload
+}
 
 void frmPrnRpt::Load() {
     resize(viewWidth, viewHeight);
@@ -40,6 +42,11 @@ void frmPrnRpt::Load() {
 
 void frmPrnRpt::Unload() {
     viewWorker_.cancel();
+    dropPrintOuts();
+}
+
+/// Whoever waits for a print-out hears that it will not come.
+void frmPrnRpt::dropPrintOuts() {
     for (const Running& each : std::exchange(running_, {})) {
         services_.loop.later(
             [printed = each.printed] { printed("The report was closed before it was printed."); });

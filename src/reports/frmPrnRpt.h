@@ -58,6 +58,7 @@ private:
     [[nodiscard]] std::shared_ptr<const reports::Report> runReport();
     template <class Work>
     std::string reporting(const char* routine, const Work& work);
+    void dropPrintOuts();
     void startPrintOut(std::function<void(const std::string&)> printed);
     void endPrintOut(const reports::PrintOut* printOut, const std::string& error);
     [[nodiscard]] std::string chosenPrinter();

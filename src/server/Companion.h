@@ -22,6 +22,9 @@ public:
     [[nodiscard]] virtual bool isOpen() const = 0;
     /// No error if it is closed already.
     virtual void Close() = 0;
+    /// While the result lives, what is read is one state of the database, and many small statements
+    /// are fast. Held only while no other routine can run; may be empty.
+    virtual std::shared_ptr<void> Snapshot() { return nullptr; }
 };
 
 /// A connection of its own for long reads. Between `beginRead` and `endRead` every statement on it

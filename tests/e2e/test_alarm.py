@@ -170,3 +170,14 @@ def test_a_thousand_alarms_in_a_second_do_not_block_the_bus(desktop, alarm, acce
     assert alarm.get("Enabled")  # behind the thousand, on the same connection
     print(f"1,000 alarms served after {time.monotonic() - started:.2f} s")
     await_true(lambda: accessible.text("Label_1") == "Alarm 999", what="the latest alarm")
+
+
+def test_kintarctl_announces_an_alarm(desktop, accessible):
+    holder = desktop.start("kintarctl", "alarm", "Fire", "--colour", "#0000FF", "--locname", "Dock")
+    desktop.await_window("Alarm  Dock")
+    assert accessible.text("Label_1") == "Fire"
+    holder.terminate()
+    assert holder.wait(timeout=10) == 0
+    desktop.await_no_window("Alarm  Dock")
+    wrong = desktop.run("kintarctl", "alarm", "Fire", "--colour", "red", check=False)
+    assert wrong.returncode == 2

@@ -214,3 +214,23 @@ def test_kintar_report_says_what_is_wrong(people_site, tmp_path):
         assert made.returncode == status, (arguments, made.stderr)
         assert made.stderr
     assert not (tmp_path / "x.pdf").exists()
+
+
+def test_kintarctl_prints_and_returns_when_printing_has_ended(
+    make_desktop, people_site, print_system
+):
+    desktop = printing_desktop(make_desktop, people_site, print_system)
+    desktop.run("kintarctl", "who-is-in", str(LOCATION))
+    assert surnames(text_of(print_system.await_job("Gate"))) == sorted(WHO_IS_IN)
+    desktop.run("kintarctl", "status-report")
+    print_system.await_job("Front")
+    failed = desktop.run("kintarctl", "who-is-in", "999", check=False)
+    assert failed.returncode == 1
+    assert "who-is-in list could not be made" in failed.stderr
+
+
+def test_kintarctl_says_that_there_is_no_printer(make_desktop, people_site):
+    desktop = printing_desktop(make_desktop, people_site)
+    failed = desktop.run("kintarctl", "status-report", check=False)
+    assert failed.returncode == 1
+    assert "There is no printer." in failed.stderr

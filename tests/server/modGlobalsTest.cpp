@@ -19,8 +19,8 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-const Events wholeStartUp = {"SqlText ''",        "new TarnSys",        "SetVersion 4.4.12",
-                             "Create /app True",  "open setup",         "open data",
+const Events wholeStartUp = {"SqlText ''",         "new TarnSys",        "SetVersion 4.4.12",
+                             "Create /app True",   "open setup",         "open data",
                              "make /tmp//TarnTmp", "empty /tmp/TarnTmp", "help /app/AcsHelp.chm"};
 
 TEST(StartUp, RunsItsStepsInOrderForTheFirstObject) {

@@ -199,6 +199,19 @@ void SqliteConnection::endRead() noexcept {
     }
 }
 
+std::shared_ptr<void> SqliteConnection::Snapshot() {
+    if (!isOpen() || sqlite3_get_autocommit(database_.get()) == 0) {
+        return nullptr;
+    }
+    begin();
+    return {nullptr, [this](void*) {
+                // Closing the connection meanwhile has ended the transaction with it.
+                if (isOpen()) {
+                    sqlite3_exec(database_.get(), "COMMIT", nullptr, nullptr, nullptr);
+                }
+            }};
+}
+
 void SqliteConnection::begin() {
     runPlain(database_.get(), "BEGIN");
 }

@@ -32,6 +32,7 @@ public:
                                                 std::function<void()> ended) override;
     void execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
+    std::shared_ptr<void> Snapshot() override;
 
     /// Statements fail soon after `stop` has become true; null: no more. It must outlive that.
     void stopWhen(const std::atomic<bool>* stop);

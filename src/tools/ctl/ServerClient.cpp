@@ -258,4 +258,23 @@ int ServerClient::ownerChanged(sd_bus_message* message, void* userdata, sd_bus_e
     return 0;
 }
 
+void ServerClient::onPrintEnded(
+    const std::string& path,
+    std::function<void(std::int16_t request, const std::string& error)> ended) {
+    printEnded_ = std::move(ended);
+    // Without a slot of its own the watch lives as long as the connection.
+    check(sd_bus_match_signal(bus_, nullptr, host::busName, path.c_str(),
+                              "net.tarnholm.Kintar3.objNameSearch", "PrintEnded", printEnded, this),
+          "watch the printing");
+}
+
+int ServerClient::printEnded(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    std::int16_t request = 0;
+    const char* error = nullptr;
+    if (sd_bus_message_read(message, "ns", &request, &error) > 0) {
+        static_cast<ServerClient*>(userdata)->printEnded_(request, error);
+    }
+    return 0;
+}
+
 } // namespace kintar::ctl

@@ -4,6 +4,7 @@
 #include "host/BusMessage.h"
 #include "tools/ctl/InterfaceDescription.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -66,7 +67,13 @@ public:
     /// asked after every signal of the process, and where the server has gone: false then.
     bool hold(std::optional<double> seconds, const std::function<bool()>& stop);
 
+    /// Calls `ended` for each PrintEnded of an object from here on, while `hold` serves the
+    /// connection.
+    void onPrintEnded(const std::string& path,
+                      std::function<void(std::int16_t request, const std::string& error)> ended);
+
 private:
+    static int printEnded(sd_bus_message* message, void* userdata, sd_bus_error* error);
     host::BusMessage newCall(const std::string& path, const std::string& interface,
                              const std::string& member);
     host::BusMessage send(const host::BusMessage& call);
@@ -80,6 +87,7 @@ private:
     std::string countedMember_;
     std::size_t trueCount_ = 0;
     bool serverLeft_ = false;
+    std::function<void(std::int16_t, const std::string&)> printEnded_;
     std::vector<std::string> created_;
     std::map<std::string, InterfaceDescription> interfaces_;
 };

@@ -1,8 +1,10 @@
 // kintarctl: the server's common calls for people and scripts.
 #include "host/BusNames.h"
+#include "tools/ctl/AlarmCommand.h"
 #include "tools/ctl/OverridesCommand.h"
 #include "tools/ctl/PhotoCommand.h"
 #include "tools/ctl/PickNameCommand.h"
+#include "tools/ctl/PrintCommand.h"
 #include "tools/ctl/RawLine.h"
 #include "tools/ctl/RawSession.h"
 #include "tools/ctl/ServerClient.h"
@@ -58,6 +60,8 @@ struct Options {
     std::optional<std::string> locName, fName, lName, device, event, dateTime, code;
     OverridesRequest overrides;
     PickNameRequest pickName;
+    AlarmRequest alarm;
+    std::optional<std::int32_t> loc;
     bool stopAtError = false;
     std::string path = kintar::host::rootPath;
 };
@@ -129,6 +133,33 @@ void addPickName(CLI::App& line, Options& options) {
                  "\nExample:\n  kintarctl pick-name --locgrp 1 --locname 'Head Office' --opr 1\n");
 }
 
+void addAlarm(CLI::App& line, Options& options) {
+    AlarmRequest& request = options.alarm;
+    CLI::App* alarm = line.add_subcommand("alarm", "announce an alarm above all windows");
+    alarm->add_option("text", request.text, "the alarm")->required();
+    alarm->add_option("--colour", request.colour, "the text's colour (default: #C00000)");
+    alarm->add_option("--locname", request.locName, "the location's name");
+    alarm->add_option("--window", request.workstation,
+                      "the window to go to, as the display numbers it");
+    alarm->add_option("--for", options.seconds, "hold the window for SECONDS, then end")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("SECONDS");
+    alarm->footer(std::string("Holds its object until Ctrl-C, or for the seconds given.\n") +
+                  closing +
+                  "\nExample:\n  kintarctl alarm 'Door forced' --locname Dock --for 30\n");
+}
+
+void addReports(CLI::App& line, Options& options) {
+    CLI::App* whoIsIn = line.add_subcommand("who-is-in", "print who is in at a location's group");
+    whoIsIn->add_option("LOC", options.loc, "the location's number")->required();
+    CLI::App* cards = line.add_subcommand("status-report", "print the status of all cards");
+    for (CLI::App* report : {whoIsIn, cards}) {
+        report->footer(std::string("Returns when printing has ended; exit status 1, and why, where "
+                                   "nothing was printed.\n") +
+                       closing);
+    }
+}
+
 void addRaw(CLI::App& line, Options& options) {
     CLI::App* raw = line.add_subcommand("raw", "carry out calls from standard input, one a line");
     raw->add_flag("--stop", options.stopAtError, "end at the first line that fails");
@@ -195,6 +226,15 @@ int run(const CLI::App& line, const Options& options) {
         return pickName(
             client, options.pickName, options.seconds, [] { return interrupted != 0; }, std::cout);
     }
+    if (line.got_subcommand("alarm")) {
+        watchForInterrupts();
+        return announceAlarm(client, options.alarm, options.seconds,
+                             [] { return interrupted != 0; });
+    }
+    if (line.got_subcommand("who-is-in") || line.got_subcommand("status-report")) {
+        watchForInterrupts();
+        return printReport(client, options.loc, [] { return interrupted != 0; });
+    }
     if (line.got_subcommand("raw")) {
         return runRaw(client, options);
     }
@@ -218,6 +258,8 @@ int main(int argc, char** argv) {
     addPhoto(line, options);
     addOverrides(line, options);
     addPickName(line, options);
+    addAlarm(line, options);
+    addReports(line, options);
     addRaw(line, options);
     addQuestions(line, options);
     line.require_subcommand(1);

@@ -24,7 +24,8 @@ TEST(Explain, AnswersANumberInEachReading) {
               R"json({"id":1,"value":30})json");
     EXPECT_EQ(rawAnswer("number", R"json({"id":"a","text":" 0012 ","reading":"whole"})json"),
               R"json({"id":"a","value":12})json");
-    EXPECT_EQ(rawAnswer("number", R"json({"id":2,"text":"12345678901234567890","reading":"numeric"})json"),
+    EXPECT_EQ(rawAnswer("number",
+                        R"json({"id":2,"text":"12345678901234567890","reading":"numeric"})json"),
               R"json({"id":2,"value":12345678901234567890})json");
     EXPECT_EQ(ask("number", R"json({"id":3,"text":"abc","reading":"whole"})json")["error"],
               "Run-time error '13': Type mismatch");
@@ -70,7 +71,8 @@ TEST(Explain, AnswersTheDialectOrWhereItWentWrong) {
         "sql":"SELECT FileName FROM Images WHERE NameID = 17 AND ImgType = 2"})json");
     EXPECT_EQ(answer["values"], Json::parse("[17,2]"));
     EXPECT_TRUE(answer["text"].is_string());
-    const Json broken = ask("dialect", R"json({"id":1,"engine":"sqlite","sql":"SELECT FROM Images"})json");
+    const Json broken =
+        ask("dialect", R"json({"id":1,"engine":"sqlite","sql":"SELECT FROM Images"})json");
     EXPECT_EQ(broken["position"], 8);
     EXPECT_TRUE(broken["error"].is_string());
 }
