@@ -134,7 +134,7 @@ std::string longTimePattern(std::string_view toolkitPattern) {
         hour.assign(hour.size(), 'H');
     }
     const std::string separator = points ? "." : ":";
-    const std::string time = hour + separator + "mm" + separator + "ss";
+    std::string time = hour + separator + "mm" + separator + "ss";
     if (!amPm) {
         return time;
     }

@@ -28,6 +28,7 @@
 
 #ifdef KINTAR_ADDRESS_SANITIZER
 // Its shadow memory alone is larger than any limit that could be set here, so it keeps the limit.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer looks for this name
 extern "C" const char* __asan_default_options() {
     return "hard_rss_limit_mb=512:max_allocation_size_mb=200:allocator_may_return_null=1:"
            "detect_leaks=0";
