@@ -43,7 +43,7 @@ public:
     /// `2012-03-14 17:05:00`, as databases hold it.
     [[nodiscard]] std::string isoWithBlank() const;
 
-    constexpr auto operator<=>(const DateTime&) const = default;
+    constexpr auto operator<=>(const DateTime& other) const = default;
 
 private:
     std::chrono::local_seconds moment_{std::chrono::local_days{

@@ -20,7 +20,7 @@ public:
         : connection_(connection), instance_(instance), log_(std::move(log)) {}
 
     /// Nothing while the instance is being created: its creator does not know it yet.
-    void changed(std::string_view member) override;
+    void changed(std::string_view name) override;
     void signal(std::string_view name, const std::vector<Value>& arguments) override;
 
 private:

@@ -66,7 +66,8 @@ std::string OverrideTexts::missingCommand() const {
 }
 
 std::string OverrideTexts::readout(int slider) const {
-    return formats_.formatLongTime(DateTime().plusMinutes(slider * minutesOfStep));
+    return formats_.formatLongTime(
+        DateTime().plusMinutes(static_cast<long long>(slider) * minutesOfStep));
 }
 
 int OverrideTexts::aheadOfWorkstation(const OverrideZone& zone, OverrideOffsets offsets) {

@@ -18,7 +18,9 @@ struct OverrideTime {
     /// `value` with its minute cut down to the quarter.
     static OverrideTime of(DateTime value);
 
-    [[nodiscard]] DateTime moment() const { return date.plusMinutes(slider * minutesOfStep); }
+    [[nodiscard]] DateTime moment() const {
+        return date.plusMinutes(static_cast<long long>(slider) * minutesOfStep);
+    }
     bool operator==(const OverrideTime&) const = default;
 };
 

@@ -3,7 +3,6 @@
 #include "platform/qt/Controls.h"
 #include "platform/qt/PlainText.h"
 
-#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <string>
 
@@ -81,21 +80,22 @@ std::array<QDateEdit*, 2> CriteriaPane::addDates(const char* lowName, const char
 OptionButtons CriteriaPane::addOptions(const OptionTexts& buttons, int labelIndex,
                                        const QString& caption) {
     QLabel* label = addLabel(labelIndex, caption);
-    auto* group = new QButtonGroup(this);
-    auto* line = new QHBoxLayout;
+    // Buttons of one parent exclude one another.
+    auto* box = new QWidget(this);
+    auto* line = new QHBoxLayout(box);
+    line->setContentsMargins(0, 0, 0, 0);
     OptionButtons made{};
     for (std::size_t i = 0; i < buttons.size(); ++i) {
         const QString text = QString::fromLatin1(buttons.at(i).second);
-        auto* button = new QRadioButton(text, this);
+        auto* button = new QRadioButton(text, box);
         platform::nameControl(*button, buttons.at(i).first, "option button", text);
-        group->addButton(button);
         focusLabels_.watch(button, label);
         line->addWidget(button);
         made.at(i) = button;
     }
     made.back()->setChecked(true);
     line->addStretch();
-    rows_->addLayout(line, rows_->rowCount() - 1, 1);
+    rows_->addWidget(box, rows_->rowCount() - 1, 1);
     return made;
 }
 

@@ -4,12 +4,14 @@
 #include "platform/qt/Controls.h"
 #include "platform/qt/PlainText.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace kintar::search {
 namespace {
 
+constexpr QEvent::Type refreshEndedEvent = QEvent::User;
 constexpr int refreshMilliseconds = 60000;
 /// How long opening the board waits for the first states, so that a short list comes complete.
 constexpr std::chrono::milliseconds firstWait{50};
@@ -124,9 +126,17 @@ void frmInOut::RefreshStates() {
     Timer1_.stop();
     showHeadCount();
     refresh_ = std::make_unique<board::BoardRefresh>(board_, states_, [this] {
-        QMetaObject::invokeMethod(
-            this, [this] { refreshEnded(); }, Qt::QueuedConnection);
+        // On whatever thread: an event is the one way back to the windows' own.
+        QCoreApplication::postEvent(this, new QEvent(refreshEndedEvent));
     });
+}
+
+bool frmInOut::event(QEvent* event) {
+    if (event->type() == refreshEndedEvent) {
+        refreshEnded();
+        return true;
+    }
+    return FormWindow::event(event);
 }
 
 void frmInOut::refreshEnded() {
@@ -167,7 +177,7 @@ void frmInOut::lvNames_ItemClick(const QModelIndex& index) {
 }
 
 board::HolderState frmInOut::ReadState(std::size_t item) {
-    const board::HolderState state = board::stateOf(
+    board::HolderState state = board::stateOf(
         board::readLastUse(globals_.tarnRec(), globals_.gCnn(), board_.item(item).id, formats_));
     // The row keeps its place until the next refresh: it was clicked this very moment.
     board_.setIcon(item, state.icon);

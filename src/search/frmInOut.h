@@ -48,6 +48,8 @@ public:
     [[nodiscard]] std::string formName() const override { return "frmInOut"; }
     std::vector<FormCaption> captions() override { return {}; }
 
+    bool event(QEvent* event) override;
+
 protected:
     void Load() override;
     void Unload() override;

@@ -151,6 +151,8 @@ void frmNameSearch::MakeColumns() {
 
 bool frmNameSearch::CanViewUDF() {
     canViewUdf_ = false;
+    // What another operator was allowed to see is gone before this one sees the window.
+    hideUdfs();
     try {
         canViewUdf_ = search::CanViewUDF(database(), oprId_, locGrp_);
     } catch (const std::exception& error) {

@@ -94,6 +94,7 @@ private:
     void ShowPhoto();
     void ShowCardStatus();
     void fillUdfList();
+    void hideUdfs();
     void bringForwardWindow(QWidget& window, unsigned flags, std::function<void()> then);
 
     NameSearchSurroundings& surroundings_;

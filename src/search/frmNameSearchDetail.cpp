@@ -54,6 +54,10 @@ void frmNameSearch::clearDetail() {
     controls_.status->clear();
     controls_.lastUse->clear();
     controls_.visitorMark->hide();
+    hideUdfs();
+}
+
+void frmNameSearch::hideUdfs() {
     controls_.lvUdf->hide();
     controls_.lvUdf->clear();
     udfRows_.clear();

@@ -205,6 +205,14 @@ int BusClient::signalled(sd_bus_message* message, void* userdata, sd_bus_error*)
         static_cast<BusClient*>(userdata)->signals_.push_back(
             std::string(sd_bus_message_get_path(message)) + " " + interface + " " + property);
         sd_bus_message_rewind(message, 1);
+    } else if (sd_bus_message_is_signal(message, nullptr, "Told") > 0) {
+        std::int16_t number = 0;
+        const char* text = nullptr;
+        sd_bus_message_read(message, "ns", &number, &text);
+        static_cast<BusClient*>(userdata)->signals_.push_back(
+            std::string(sd_bus_message_get_path(message)) + " " +
+            sd_bus_message_get_interface(message) + " Told " + std::to_string(number) + " " + text);
+        sd_bus_message_rewind(message, 1);
     }
     return 0;
 }

@@ -268,6 +268,24 @@ TEST_F(BusHostTest, AChangeIsSignalledToTheCreatorAlone) {
     EXPECT_THAT(other.signals().front(), HasSubstr(own));
 }
 
+TEST_F(BusHostTest, ADeclaredSignalGoesToTheCreatorAloneAndOthersAreNotSent) {
+    BusClient other(bus.address());
+    const std::string own = other.create("objPlain");
+    client->call(plain, "Tell");
+    client->call(plain, "Touch");
+    client->waitForSignals(2);
+    EXPECT_EQ(client->signals(),
+              (std::vector<std::string>{plain + " net.tarnholm.Kintar3.objPlain Told 7 why",
+                                        plain + " net.tarnholm.Kintar3.objPlain Answer"}));
+    other.call(own, "Touch");
+    other.waitForSignals(1);
+    EXPECT_THAT(other.signals().front(), HasSubstr(own));
+    EXPECT_THAT(client->introspect(plain),
+                HasSubstr("<signal name=\"Told\">\n"
+                          "   <arg type=\"n\" name=\"number\"/>\n"
+                          "   <arg type=\"s\" name=\"text\"/>\n  </signal>"));
+}
+
 TEST_F(BusHostTest, ACallThatWantsNoAnswerGetsNone) {
     client->post(client->setMessage(plain, "Number", 8));
     client->post(client->message(plain, interfaceAt(plain), "Overflow"));

@@ -44,6 +44,11 @@ public:
     std::int32_t Add(std::int32_t a, std::int16_t b) { return a + b; }
     void Touch() { signals_.changed("Answer"); }
     void TouchSilent() { signals_.changed("Text"); }
+    void Tell() {
+        signals_.signal("Told", {std::int16_t{7}, std::string("why")});
+        signals_.signal("Told", {std::int16_t{7}}); // not as declared
+        signals_.signal("Untold", {});
+    }
     std::string Odd() { return std::string("a\0b\xFF\xEF\xBF\xBE", 7); }
     void Overflow() { throw RunTimeError::overflow(); }
     void Break() { throw std::runtime_error("broken"); }
@@ -124,6 +129,10 @@ PublicClass plain(FakeWorld& world) {
             .getLet("Moment", &objPlain::getMoment, &objPlain::Moment, "A date-time.")
             .method("Add", &objPlain::Add, {"a", "b"}, "Adds.")
             .method("Touch", &objPlain::Touch, {}, "Reports a change.")
+            .signal("Told",
+                    {{"number", ValueType::Int16, false}, {"text", ValueType::String, false}},
+                    "Something was told.")
+            .method("Tell", &objPlain::Tell, {}, "Tells.")
             .method("TouchSilent", &objPlain::TouchSilent, {}, "Reports what signals nothing.")
             .method("Odd", &objPlain::Odd, {}, "Text that no bus takes.")
             .method("Overflow", &objPlain::Overflow, {}, "Raises an error.")

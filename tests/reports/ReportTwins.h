@@ -1,6 +1,7 @@
 // Twins of what the reports stand on.
 #pragma once
 
+#include "base/RunTimeError.h"
 #include "platform/Platform.h"
 #include "platform/Printers.h"
 #include "server/ReportDatabase.h"

@@ -134,6 +134,18 @@ TEST_F(NameDetail, FieldsNeverStandBesideAnotherName) {
     EXPECT_EQ(udfs().topLevelItemCount(), 0);
 }
 
+TEST_F(NameDetail, FieldsAreGoneWhenAnotherOperatorOpensTheDialog) {
+    open();
+    search();
+    click("cmdUDF");
+    ASSERT_EQ(value(1), QLatin1String("secret"));
+    open(1, 0);
+    EXPECT_FALSE(udfs().isVisible());
+    EXPECT_EQ(udfs().topLevelItemCount(), 0);
+    click("cmdUDF");
+    EXPECT_EQ(value(1), QString());
+}
+
 TEST_F(NameDetail, FieldsOfNobodyAreNotShown) {
     open();
     click("cmdUDF");

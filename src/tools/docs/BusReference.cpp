@@ -78,6 +78,20 @@ std::string example(const PublicClass& publicClass) {
            "\")\n```\n\n";
 }
 
+std::string signalsOf(const PublicClass& publicClass) {
+    std::string text;
+    for (const Signal& declared : publicClass.signals) {
+        std::string arguments;
+        for (const Parameter& parameter : declared.parameters) {
+            arguments += arguments.empty() ? "" : ", ";
+            arguments += std::string(host::signatureOf(parameter.type)) + " " + parameter.name;
+        }
+        text += "Signal `" + declared.name + "(" + arguments +
+                ")`, to the object's creator: " + declared.summary + "\n\n";
+    }
+    return text;
+}
+
 } // namespace
 
 std::string classReference(const PublicClass& publicClass) {
@@ -93,7 +107,7 @@ std::string classReference(const PublicClass& publicClass) {
                 " | " + (member.signalsChange ? "yes" : "no") + " | " + cell(member.summary) +
                 " |\n";
     }
-    return text + "\n" + example(publicClass);
+    return text + "\n" + signalsOf(publicClass) + example(publicClass);
 }
 
 std::string busReference(const ClassTable& table, const std::string& version) {

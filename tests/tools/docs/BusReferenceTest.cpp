@@ -23,12 +23,21 @@ PublicClass sample() {
         .let("ID", &Sample::Id, "A | B.")
         .get("Done", &Sample::Done, "Whether done.", true)
         .getLet("Start", &Sample::Start, &Sample::setStart, "When.")
+        .signal("Ended",
+                {{"request", ValueType::Int16, false}, {"error", ValueType::String, false}},
+                "It has ended.")
         .method("Print", &Sample::Print, {"Loc", "Printer"}, "Prints.")
         .creates([](ObjectSignals&) { return std::make_unique<Sample>(); })
         .build();
 }
 
 } // namespace
+
+TEST(BusReference, SignalsAreToldWithTheirArguments) {
+    EXPECT_THAT(classReference(sample()),
+                HasSubstr("Signal `Ended(n request, s error)`, to the object's creator: It has "
+                          "ended.\n"));
+}
 
 TEST(BusReference, EveryMemberHasARowInItsOrder) {
     EXPECT_THAT(classReference(sample()),
