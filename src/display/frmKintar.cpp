@@ -43,6 +43,13 @@ void setCaption(CommandLabel& label, const std::string& text) {
     label.setAccessibleName(platform::oneLine(text));
 }
 
+/// A timer that runs goes on: started anew by each of many events, it would never come to its end.
+void enable(QTimer& timer) {
+    if (!timer.isActive()) {
+        timer.start();
+    }
+}
+
 void setArea(QWidget& control, const Area& area) {
     control.setGeometry(area.left, area.top, area.width, area.height);
 }
@@ -78,6 +85,7 @@ void frmKintar::makeControls() {
     setCaption(*lblDisAble, "Disable Card");
     lblStatus = new platform::ElidedLabel(this);
     platform::nameControl(*lblStatus, "lblStatus", "label", {});
+    lblStatus->hide();
     platform::nameControl(Timer1, "Timer1", "timer");
     platform::nameControl(Timer2, "Timer2", "timer");
     Timer1.setParent(this);
@@ -113,11 +121,11 @@ void frmKintar::Load() {
         mLHeight = std::max(0, platform::settingTwips(services_.settings, settingsSection,
                                                       "LHeight", usualImageHeight));
     });
-    setMinimumHeight(leastPhotoHeight(layoutInput()));
     place(wanted);
     if (placement().width < leastWidth) {
         resize(pixelsFromTwips(leastWidth), height());
     }
+    setMinimumHeight(leastPhotoHeight(layoutInput()));
     mHeight = placement().height;
     layOut();
     LoadImage(0, 0);
@@ -161,7 +169,7 @@ void frmKintar::Kintar(std::int32_t id, std::int32_t locGrp, const std::string& 
     Code = code;
     OprID = oprID;
     if (mShowReady) {
-        Timer2.start();
+        enable(Timer2);
     }
     services_.globals.gPhotoReady = true;
 }
@@ -184,7 +192,7 @@ void frmKintar::Timer2_Timer() {
     requestOrder(platform::InsertAfter::Topmost);
     hideCommands();
     if (mTimer1Free) {
-        Timer1.start();
+        enable(Timer1);
     }
     mShowReady = true;
 }
@@ -291,6 +299,8 @@ void frmKintar::hideCommands() {
 
 void frmKintar::setStatus(const char* text, bool bad) {
     lblStatus->setLine(text);
+    // It stands where the commands stand, and would take their clicks.
+    lblStatus->setVisible(*text != '\0');
     QFont font = Label1->font();
     font.setBold(bad);
     lblStatus->setFont(font);

@@ -1,5 +1,6 @@
 // kintar3-photo: decodes photo files for the server, one after another, in a process that can be
 // stopped. It gets questions and gives answers on its standard input, which is a socket.
+#include "platform/photo/Confinement.h"
 #include "platform/photo/PhotoDecoder.h"
 #include "platform/photo/PhotoFolder.h"
 #include "platform/photo/PhotoProtocol.h"
@@ -7,14 +8,10 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QImageReader>
-#include <QThreadPool>
 
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -41,52 +38,18 @@ using namespace kintar::platform;
 
 constexpr int channel = STDIN_FILENO;
 /// With what the program and its libraries hold anyway, this stays below 256 MB.
-constexpr rlim_t dataBytes = rlim_t{200} << 20;
+#ifdef KINTAR_ADDRESS_SANITIZER
+constexpr std::size_t dataBytes = 0;
+#else
+constexpr std::size_t dataBytes = std::size_t{200} << 20;
+#endif
 /// An image in memory; less than the data limit, so that a copy of a part of it still fits.
 constexpr int imageMegabytes = 128;
 /// The server asks for 2 seconds; this ends a worker that the server could not.
-constexpr rlim_t processorSeconds = 4;
+constexpr unsigned processorSeconds = 4;
 
-void limit(decltype(RLIMIT_CORE) what, rlim_t value) {
-    const rlimit both{value, value};
-    ::setrlimit(what, &both);
-}
-
-/// Nothing that a hostile file makes of this process gets more rights, writes a file, leaves a
-/// core, or outlives the server.
-void confine(pid_t server) {
-    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
-    if (::getppid() != server) {
-        std::_Exit(0);
-    }
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_FSIZE, 0);
-    limit(RLIMIT_NPROC, 0);
-#ifndef KINTAR_ADDRESS_SANITIZER
-    limit(RLIMIT_DATA, dataBytes);
-#endif
-    QImageReader::setAllocationLimit(imageMegabytes);
-}
-
-/// Processor time is counted for the life of a process, so every photo gets its own limit.
-void limitProcessorTime() {
-    rusage used{};
-    ::getrusage(RUSAGE_SELF, &used);
-    rlimit time{};
-    ::getrlimit(RLIMIT_CPU, &time);
-    time.rlim_cur =
-        static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec) + processorSeconds;
-    ::setrlimit(RLIMIT_CPU, &time);
-}
-
-/// Loads the image formats, and starts the one thread that scaling uses, before the first photo is
-/// waited for: where a limit kept that thread from starting later, scaling would wait for ever.
+/// Loads the image formats before the first photo is waited for.
 void warmUp() {
-    QThreadPool::globalInstance()->setMaxThreadCount(1);
-    QThreadPool::globalInstance()->setExpiryTimeout(-1);
-    QThreadPool::globalInstance()->start([] {});
-    QThreadPool::globalInstance()->waitForDone();
     QImage small(8, 8, QImage::Format_RGB32);
     small.fill(Qt::gray);
     for (const char* format : {"jpeg", "png", "bmp", "tiff"}) {
@@ -145,12 +108,13 @@ int main(int argc, char** argv) {
     });
     const QCoreApplication application(argc, argv);
     warmUp();
-    confine(static_cast<pid_t>(std::strtol(argv[1], nullptr, 10)));
+    QImageReader::setAllocationLimit(imageMegabytes);
+    confineProcess(static_cast<pid_t>(std::strtol(argv[1], nullptr, 10)), dataBytes);
     PhotoFolder folder;
     const PhotoAnswer ready;
     bool going = writeFully(channel, &ready, sizeof ready);
     while (going) {
-        limitProcessorTime();
+        limitProcessorTime(processorSeconds);
         const std::optional<PhotoQuestion> question = nextQuestion();
         going = question && answer(folder, *question);
     }

@@ -86,6 +86,7 @@ void PhotoBox::take(std::uint32_t number, const QImage& photo) {
 void PhotoBox::setState(State state) {
     state_ = state;
     photo_ = {};
+    settled_.stop();
     setAccessibleName(state == State::Photo     ? QStringLiteral("Photo")
                       : state == State::NoImage ? noImageText
                                                 : QString());

@@ -25,6 +25,7 @@ void WindowApplication::messageBox(const std::string& text) {
     QMessageBox box(QMessageBox::NoIcon, QStringLiteral("Kintar3"), oneLine(text), QMessageBox::Ok);
     box.setObjectName(QStringLiteral("MsgBox"));
     box.setTextFormat(Qt::PlainText);
+    box.setAttribute(Qt::WA_QuitOnClose, false);
     // Shown, not executed: that would block the other windows, and they are to go on.
     box.setWindowModality(Qt::NonModal);
     QEventLoop untilClosed;
