@@ -69,7 +69,17 @@ void NameFinder::find(int locGrp, const QString& locName, int operatorId) {
 void NameFinder::openDialog() {
     set(QStringLiteral("LocName"), locName_);
     set(QStringLiteral("OprID"), operatorId_);
-    set(QStringLiteral("NameSelMode"), QVariant::fromValue(static_cast<short>(pickingMode)));
+    QDBusPendingCallWatcher* answer =
+        set(QStringLiteral("NameSelMode"), QVariant::fromValue(static_cast<short>(pickingMode)));
+    // What closed before this answer was another dialog: its signal has come by then.
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        if (!answer->isError()) {
+            showDialog();
+        }
+    });
+}
+
+void NameFinder::showDialog() {
     // The dialog may be closed before the answer is here: the wait begins with the question.
     waiting_ = true;
     QDBusPendingCallWatcher* answer = set(QStringLiteral("LocGrp"), locGrp_);

@@ -35,6 +35,7 @@ private Q_SLOTS:
 
 private:
     void openDialog();
+    void showDialog();
     void readResult();
     QDBusPendingCallWatcher* call(QDBusMessage message);
     QDBusPendingCallWatcher* set(const QString& property, const QVariant& value);
