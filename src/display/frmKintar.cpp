@@ -63,7 +63,7 @@ frmKintar::frmKintar(const DisplayServices& services)
     setAttribute(Qt::WA_ShowWithoutActivating);
     // Without the focus the window is never the active one, and tooltips would stay away.
     setAttribute(Qt::WA_AlwaysShowToolTips);
-    setWindowTitle(QStringLiteral("Kintar3"));
+    setWindowTitle(QStringLiteral("Photo"));
     makeControls();
     connectControls();
 }

@@ -60,7 +60,7 @@ TEST_F(objKintarTest, DropsAnEventWhileTheWindowTakesOthers) {
     world.globals.gPhotoReady = false;
     world.smith(object);
     runPending();
-    EXPECT_EQ(world.form().windowTitle(), QStringLiteral("Kintar3"));
+    EXPECT_EQ(world.form().windowTitle(), QStringLiteral("Photo"));
     EXPECT_TRUE(world.windows.placed.empty());
 }
 
