@@ -79,7 +79,7 @@ void ReportView::nameControls() {
     platform::nameControl(*find_, "cmdFind", "command button", find_->text());
     platform::nameControl(*print_, "cmdPrint", "command button", print_->text());
     platform::nameControl(*export_, "cmdExport", "command button", export_->text());
-    platform::nameControl(*status_, "lblStatus", "label", QStringLiteral("Status"));
+    platform::nameControl(*status_, "lblStatus", "label", {});
 }
 
 void ReportView::connectControls() {
