@@ -52,6 +52,7 @@ frmOvrSchedule::frmOvrSchedule(OverrideWindowServices services)
     connectSide(*stopFrame_, editor_.stop);
     connectAdditionalDays();
     connect(Tab1, &QTabBar::currentChanged, this, &frmOvrSchedule::Tab1_Click);
+    displayError();
 }
 
 QLabel* frmOvrSchedule::newLabel(const char* name, const QString& text) {

@@ -3,7 +3,10 @@
 #include "platform/qt/ElidedLabel.h"
 #include "platform/qt/QtWindowRequests.h"
 
+#include <QFrame>
 #include <QLabel>
+#include <QPushButton>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -25,15 +28,41 @@ TEST(Controls, CarryTheirNamesForThoseWhoReadWindows) {
     EXPECT_EQ(label.accessibleDescription(), QStringLiteral("Label_1"));
 }
 
-TEST(Controls, AreListedInTheOrderInWhichTheyWereMade) {
+TEST(Controls, AreListedWithWhatAReaderIsTold) {
     QWidget window;
-    QLabel label(&window);
+    QLabel label(QStringLiteral("5:05:00 PM"), &window);
     QLabel unnamed(&window);
     QTimer timer(&window);
     nameControl(timer, "Timer1", "timer");
     nameControl(label, "Label_1", "label", QStringLiteral("Time"));
-    EXPECT_THAT(controlsOf(window), ElementsAre(ControlInfo{"Label_1", "label", "Time"},
-                                                ControlInfo{"Timer1", "timer", ""}));
+    EXPECT_THAT(
+        controlsOf(window),
+        ElementsAre(ControlInfo{"Label_1", "label", "Time", "label", "5:05:00 PM", true, true},
+                    ControlInfo{"Timer1", "timer", "", "", "", false, false}));
+}
+
+TEST(Controls, SayWhatIsHiddenOrDisabledAtTheStart) {
+    QWidget window;
+    QFrame frame(&window);
+    QPushButton hiddenWithItsFrame(QStringLiteral("&OK"), &frame);
+    QPushButton disabled(QStringLiteral("In/Out"), &window);
+    nameControl(hiddenWithItsFrame, "cmdOK", "button", QString());
+    nameControl(disabled, "cmdInOut", "button", QString());
+    frame.hide();
+    disabled.setEnabled(false);
+    EXPECT_THAT(controlsOf(window),
+                ElementsAre(ControlInfo{"cmdOK", "button", "OK", "push button", "OK", false, true},
+                            ControlInfo{"cmdInOut", "button", "In/Out", "push button", "In/Out",
+                                        true, false}));
+}
+
+TEST(Controls, AStripOfTabsReadsAsItsCaptions) {
+    QWidget window;
+    QTabBar tabs(&window);
+    tabs.addTab(QStringLiteral("General"));
+    tabs.addTab(QStringLiteral("Additional &Days"));
+    nameControl(tabs, "Tab1", "tab strip", QString());
+    EXPECT_EQ(controlsOf(window).front().text, "General, Additional Days");
 }
 
 TEST(ElidedLabel, KeepsTheWholeTextForReadersAndTheTooltip) {

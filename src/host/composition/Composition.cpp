@@ -47,6 +47,12 @@ ClassTable Composition::classes() {
     return table;
 }
 
+std::vector<platform::FormWindow*> Composition::forms() {
+    return {&display_.kintar().get(),        &nameSearch_.place().get(),  &alarm_.popUp().get(),
+            &overrides_.ovrSchedule().get(), &selection_.selName().get(), &selection_.inOut().get(),
+            &reports_.prnRpt().get()};
+}
+
 std::string versionText(const platform::Application::Version& version) {
     return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
            std::to_string(version.revision);

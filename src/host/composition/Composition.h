@@ -15,6 +15,7 @@
 #include "platform/qt/CupsPrinters.h"
 #include "platform/qt/DesktopBrowser.h"
 #include "platform/qt/FileSettings.h"
+#include "platform/qt/FormWindow.h"
 #include "platform/qt/PhotoLoader.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtWindowRequests.h"
@@ -24,6 +25,9 @@
 #include "search/SelectionWindows.h"
 #include "server/ClassTable.h"
 #include "server/modGlobals.h"
+
+#include <string>
+#include <vector>
 
 namespace kintar::host {
 
@@ -38,6 +42,9 @@ public:
 
     /// The public classes that clients may create, in their order.
     ClassTable classes();
+
+    /// The seven forms as they are made, in the order of their places; none is loaded by that.
+    std::vector<platform::FormWindow*> forms();
 
     platform::WindowApplication& application() { return application_; }
     companion::Log& log() { return log_; }

@@ -23,12 +23,16 @@ void nameControl(QWidget& control, const char* name, const char* kind,
 struct ControlInfo {
     std::string name;
     std::string kind;
-    std::string accessibleName;
+    std::string accessibleName; ///< what a screen reader says
+    std::string role;           ///< as the accessibility bus names it; empty: it is not on there
+    std::string text;   ///< caption, or the captions of a tab strip, as the operator reads it
+    bool shown = false; ///< whether it is to be seen once its window is
+    bool enabled = false;
 
     bool operator==(const ControlInfo&) const = default;
 };
 
-/// The named controls of a window, in the order in which they were made.
+/// The named controls of a window, in the order in which it holds them.
 std::vector<ControlInfo> controlsOf(const QWidget& window);
 
 } // namespace kintar::platform
