@@ -1,0 +1,91 @@
+"""Ten thousand objects come and go, and the server is as it was."""
+
+import os
+import subprocess
+
+from desktop import ROOT, await_true
+
+ROUNDS = 10_000
+SETTLED = 2_000
+
+# Each ends what it began. The photo window comes up in one round of a hundred: making a window costs
+# a hundred times what everything else does.
+COMMON = ["objOverride", "objAlarmPopUp", "objOvrSchedule", "objInRpt", "objNameSearch"]
+SELDOM = {
+    7: ["create objImageType as k", "release k"],
+    11: ["create objSysPath as k", "set k SysPath {site}", "release k"],
+    13: ["create objAlarmPopUp as k", 'set k EventString "Door forced open"', "release k"],
+    25: [
+        "create objKintar as k",
+        "set k LocGrp 1",
+        "set k LName Lindqvist",
+        "set k ID {person}",
+        "release k",
+    ],
+}
+
+
+def lines_of_round(number, site):
+    lines = SELDOM.get(number % 100)
+    if lines is None:
+        lines = [f"create {COMMON[number % len(COMMON)]} as k", "release k"]
+    elif number % 500 == 25:
+        lines = [*lines[:-1], "wait 60", lines[-1]]  # its photo is decoded and painted
+    return [line.format(site=site, person=number % 80 + 1) for line in lines]
+
+
+class Rounds:
+    """Creations and releases over one connection of its own."""
+
+    def __init__(self, desktop):
+        self._site = desktop.site
+        self._process = desktop.start(
+            "kintarctl", "raw", "--stop", stdin=subprocess.PIPE, stdout=subprocess.PIPE
+        )
+        self._done = 0
+
+    def run_to(self, count):
+        """Every round has been answered when this returns."""
+        for number in range(self._done, count):
+            self._process.stdin.write("\n".join(lines_of_round(number, self._site)) + "\n")
+            # One line is printed for each creation; the pipe holds many.
+            if number % 100 == 99 or number == count - 1:
+                self._process.stdin.flush()
+                for _ in range(number + 1 - self._done):
+                    assert self._process.stdout.readline().startswith(ROOT + "/obj"), number
+                self._done = number + 1
+        # The last round's release has been answered when the next line has been.
+        self._process.stdin.write("create objImageType as last\nrelease last\n")
+        self._process.stdin.flush()
+        assert self._process.stdout.readline().startswith(ROOT + "/objImageType/")
+
+    def close(self):
+        self._process.stdin.close()
+        assert self._process.wait(timeout=20) == 0
+
+
+class Usage:
+    """What a process holds now."""
+
+    def __init__(self, process):
+        with open(f"/proc/{process}/statm", encoding="ascii") as pages:
+            self.resident = int(pages.read().split()[1]) * os.sysconf("SC_PAGE_SIZE")
+        self.descriptors = len(os.listdir(f"/proc/{process}/fd"))
+        self.threads = len(os.listdir(f"/proc/{process}/task"))
+
+
+def test_ten_thousand_rounds_leave_memory_and_descriptors_flat(desktop):
+    rounds = Rounds(desktop)
+    rounds.run_to(SETTLED)
+    server = desktop.server_pid()
+    settled = Usage(server)
+    rounds.run_to(ROUNDS)
+    assert desktop.server_pid() == server
+    ended = Usage(server)
+    assert ended.descriptors == settled.descriptors
+    assert ended.threads == settled.threads
+    # A leak of 200 bytes a round would be more.
+    assert ended.resident - settled.resident < 3 << 19
+    # A server ends by itself when, and only when, no object is left; the client is still there.
+    await_true(lambda: not desktop.server_runs(), 20.0, "the end of a server without objects")
+    rounds.close()
