@@ -3,7 +3,6 @@
 import asyncio
 import os
 import re
-import select
 import signal
 import subprocess
 
@@ -189,35 +188,6 @@ def test_kintarctl_raw_drives_the_window(desktop):
     assert raw.wait(timeout=20) == 0
     assert raw.stdout.read().startswith(f"{ROOT}/objKintar/")
     desktop.await_no_window("O'Brien.*")
-
-
-def press_return(desktop, window):
-    desktop.run("xdotool", "windowactivate", str(window), check=False)
-    desktop.run("xdotool", "key", "Return", check=False)
-
-
-def has_answered(process):
-    return bool(select.select([process.stdout], [], [], 0)[0])
-
-
-def test_a_start_up_that_fails_shows_its_box_and_the_call_waits_for_it(make_desktop, tmp_path):
-    desktop = make_desktop(tmp_path)  # an empty folder is no site
-    creating = desktop.start("kintarctl", "raw", stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-    creating.stdin.write("create objKintar\n")
-    creating.stdin.flush()
-    box = desktop.await_window("Kintar3")
-    # While the box is open others are served.
-    other = desktop.client()
-    assert str(other.root.Get(SERVER, "Version", dbus_interface=PROPERTIES)) == "4.4.12"
-    syspath = other.create("objImageType")
-    other.release(syspath)
-    assert not has_answered(creating)
-    await_true(
-        lambda: press_return(desktop, box) or has_answered(creating), 20.0, "the answer"
-    )
-    assert creating.stdout.readline() == f"{ROOT}/objKintar/1\n"
-    creating.stdin.close()
-    assert creating.wait(timeout=20) == 0
 
 
 def documented(desktop, binding):
