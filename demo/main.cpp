@@ -3,19 +3,23 @@
 
 #include "demo/Feed.h"
 #include "demo/NameFinder.h"
+#include "demo/Options.h"
 #include "demo/Scenario.h"
 #include "demo/ServerLink.h"
 #include "demo/WorkstationWindow.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDBusConnection>
 #include <QFileInfo>
 #include <QScreen>
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -35,72 +39,52 @@ QString siteTool() {
     return found.isEmpty() ? name : found;
 }
 
-[[noreturn]] void refuse(const QString& reason) {
-    std::fprintf(stderr, "kintar-workstation: %s\n", reason.toUtf8().constData());
+[[noreturn]] void refuse(const std::string& reason) {
+    std::fprintf(stderr, "kintar-workstation: %s\n", reason.c_str());
     std::exit(2);
 }
 
-int openScenario(const QString& file) {
-    if (file == QLatin1String("-")) {
+int openScenario(const std::string& file) {
+    if (file == "-") {
         return STDIN_FILENO;
     }
-    const int descriptor = ::open(file.toUtf8().constData(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
-        refuse(QStringLiteral("%1: %2").arg(file, qt_error_string(errno)));
+        refuse(file + ": " + qt_error_string(errno).toStdString());
     }
     return descriptor;
 }
 
-struct Options {
-    QString site;
-    QString scenario;
-    QDateTime moment;
-};
-
-Options readOptions(const QApplication& application) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "A demonstration workstation: a running feed of card events, each with its photo."));
-    parser.addHelpOption();
-    const QCommandLineOption site(QStringLiteral("site"), QStringLiteral("Folder of the site."),
-                                  QStringLiteral("DIR"));
-    const QCommandLineOption scenario(
-        QStringLiteral("scenario"),
-        QStringLiteral("Do the steps in FILE (- for standard input) instead of running the feed: "
-                       "event ID, choose ID, operator ID, pause, resume, wait-server, "
-                       "wait-window TITLE, quit. Prints 'done STEP' after each."),
-        QStringLiteral("FILE"));
-    const QCommandLineOption clock(QStringLiteral("clock"),
-                                   QStringLiteral("Every event happens at this moment."),
-                                   QStringLiteral("2012-03-14T17:05:00"));
-    parser.addOptions({site, scenario, clock});
-    parser.process(application);
-    if (!parser.isSet(site)) {
-        refuse(QStringLiteral("--site DIR is missing"));
-    }
-    Options options{parser.value(site), parser.value(scenario), {}};
-    if (parser.isSet(clock)) {
-        options.moment = QDateTime::fromString(parser.value(clock), Qt::ISODate);
-        if (!options.moment.isValid()) {
-            refuse(QStringLiteral("--clock: no moment such as 2012-03-14T17:05:00"));
+// The toolkit aborts where it finds no display; a person who calls this gets a sentence instead.
+bool hasDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(name)) {
+            return true;
         }
     }
-    return options;
+    return false;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    int status = 0;
+    const std::optional<Options> options = readOptions(argc, argv, status);
+    if (!options) {
+        return status;
+    }
+    if (!hasDisplay()) {
+        refuse("there is no display (neither DISPLAY nor WAYLAND_DISPLAY is set)");
+    }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kintar-workstation"));
     QApplication::setApplicationDisplayName(QStringLiteral("Workstation"));
-    const Options options = readOptions(application);
 
     ServerLink link(QDBusConnection::sessionBus());
-    Feed feed(siteTool(), options.site);
+    Feed feed(siteTool(), QString::fromStdString(options->site));
     NameFinder finder(QDBusConnection::sessionBus());
     WorkstationWindow window(feed, link, finder);
-    window.setFixedMoment(options.moment);
+    window.setFixedMoment(options->moment);
     auto* actions =
         new ActionsBar(QDBusConnection::sessionBus(), [&window] { return window.place(); });
     window.addActions(*actions);
@@ -112,10 +96,10 @@ int main(int argc, char** argv) {
 
     Scenario scenario(feed, link, window);
     QObject::connect(&scenario, &Scenario::ended, &application, &QCoreApplication::exit);
-    if (!options.scenario.isEmpty()) {
+    if (!options->scenario.empty()) {
         window.setPaused(true);
         // Steps begin when the operators are known.
-        const int descriptor = openScenario(options.scenario);
+        const int descriptor = openScenario(options->scenario);
         QObject::connect(&feed, &Feed::loaded, &scenario,
                          [&scenario, descriptor] { scenario.readFrom(descriptor); });
         QObject::connect(&feed, &Feed::failed, &scenario, [](const QString& reason) {
