@@ -9,6 +9,7 @@
 #include "platform/qt/PhotoBox.h"
 #include "platform/qt/PlainText.h"
 #include "server/IgnoringErrors.h"
+#include "server/TextNumbers.h"
 
 #include <QEvent>
 #include <QResizeEvent>
@@ -29,10 +30,6 @@ constexpr int leastWidth = 2400;
 constexpr double usualNameWidth = 240;
 constexpr std::chrono::milliseconds displayDelay{1};
 constexpr std::chrono::milliseconds topmostTime{100};
-
-// Numbers of our own in the companion's table of texts.
-constexpr std::int16_t enableCaptionNumber = 10201;
-constexpr std::int16_t disableCaptionNumber = 10202;
 
 // Dark enough for white letters, on light and dark windows alike.
 constexpr QColor enableColour(0x1B, 0x6E, 0x3A);
@@ -107,8 +104,9 @@ void frmKintar::connectControls() {
 
 std::vector<FormCaption> frmKintar::captions() {
     return {
-        {enableCaptionNumber, [this](const std::string& text) { setCaption(*lblEnable, text); }},
-        {disableCaptionNumber, [this](const std::string& text) { setCaption(*lblDisAble, text); }}};
+        {textNumber::enableCard, [this](const std::string& text) { setCaption(*lblEnable, text); }},
+        {textNumber::disableCard,
+         [this](const std::string& text) { setCaption(*lblDisAble, text); }}};
 }
 
 void frmKintar::Load() {

@@ -1,19 +1,16 @@
 #include "display/objAlarmPopUp.h"
 
 #include "server/IgnoringErrors.h"
+#include "server/TextNumbers.h"
 
 namespace kintar {
-namespace {
-
-constexpr std::int16_t alarmTitleText = 456;
-
-} // namespace
+namespace {} // namespace
 
 objAlarmPopUp::objAlarmPopUp(modGlobals& globals, FormOf form)
     : globals_(globals), form_(std::move(form)) {
     globals_.addInstance();
     if (globals_.gSys) {
-        ignoringErrors([this] { mTitle_ = globals_.gSys->GetText(alarmTitleText); });
+        ignoringErrors([this] { mTitle_ = globals_.gSys->GetText(textNumber::alarm); });
     }
 }
 

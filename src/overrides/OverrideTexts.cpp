@@ -1,4 +1,5 @@
 #include "overrides/OverrideTexts.h"
+#include "server/TextNumbers.h"
 
 #include <array>
 #include <cstdio>
@@ -7,10 +8,6 @@
 namespace kintar {
 namespace {
 
-constexpr std::int16_t captionText = 474;
-constexpr std::int16_t newText = 475;
-constexpr std::int16_t missingCommandText = 477;
-constexpr std::int16_t ofText = 10801; // a number of ours: the site's texts name none for it
 constexpr const char* threeBlanks = "   ";
 constexpr int minutesOfHour = 60;
 
@@ -53,16 +50,18 @@ std::string OverrideTexts::textOr(std::int16_t number, const char* design) const
 }
 
 std::string OverrideTexts::newCaption() const {
-    return textOr(captionText, "Scheduled Override") + threeBlanks + textOr(newText, "New");
+    return textOr(textNumber::scheduledOverride, "Scheduled Override") + threeBlanks +
+           textOr(textNumber::newOverride, "New");
 }
 
 std::string OverrideTexts::positionCaption(std::size_t position, std::size_t count) const {
-    return std::to_string(position) + " " + textOr(ofText, "of") + " " + std::to_string(count) +
-           threeBlanks + textOr(captionText, "Scheduled Override");
+    return std::to_string(position) + " " + textOr(textNumber::positionOf, "of") + " " +
+           std::to_string(count) + threeBlanks +
+           textOr(textNumber::scheduledOverride, "Scheduled Override");
 }
 
 std::string OverrideTexts::missingCommand() const {
-    return textOr(missingCommandText, "Please choose a start command and a stop command.");
+    return textOr(textNumber::missingCommand, "Please choose a start command and a stop command.");
 }
 
 std::string OverrideTexts::readout(int slider) const {

@@ -7,6 +7,7 @@
 #include "search/NameQuery.h"
 #include "search/UdfPermission.h"
 #include "server/IgnoringErrors.h"
+#include "server/TextNumbers.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -20,8 +21,6 @@ namespace {
 
 constexpr std::string_view section = R"(Orvane\NameSearch)";
 constexpr std::chrono::milliseconds topmostTime{100};
-/// Texts by number that the rules do not number are above 10000.
-constexpr std::int16_t okText = 10101;
 /// Twips: where the window stands, and how high it is, while no setting says otherwise.
 constexpr platform::Placement firstPlacement{
     .left = 900, .top = 900, .width = 4300, .height = 9600};
@@ -100,7 +99,7 @@ Database frmNameSearch::database() {
 }
 
 std::vector<FormCaption> frmNameSearch::captions() {
-    return {{okText, [this](const std::string& text) {
+    return {{textNumber::nameSearchOk, [this](const std::string& text) {
                  controls_.cmdOK->setText(platform::captionText(text));
                  controls_.cmdOK->setAccessibleName(platform::oneLine(text));
              }}};
@@ -146,7 +145,7 @@ void frmNameSearch::MakeColumns() {
     const auto text = [this](std::int16_t number) {
         return globals_.gSys ? globals_.gSys->GetText(number) : std::string();
     };
-    controls_.setUdfColumns(udfColumns(text(208), text(209)));
+    controls_.setUdfColumns(udfColumns(text(textNumber::udfField), text(textNumber::udfValue)));
 }
 
 bool frmNameSearch::CanViewUDF() {

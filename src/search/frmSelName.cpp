@@ -3,6 +3,7 @@
 #include "base/RunTimeError.h"
 #include "platform/qt/Controls.h"
 #include "platform/qt/PlainText.h"
+#include "server/TextNumbers.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -12,9 +13,10 @@
 namespace kintar::search {
 namespace {
 
-constexpr std::int16_t captionText = 514;
 constexpr int skillsTab = 3;
-constexpr std::array<std::int16_t, 4> tabTexts = {204, 205, 206, 513};
+constexpr std::array<std::int16_t, 4> tabTexts = {textNumber::searchNames, textNumber::searchUdfs,
+                                                  textNumber::searchCards,
+                                                  textNumber::searchSkills};
 constexpr std::array<const char*, 4> tabCaptions = {"Search Names", "Search UDFs", "Search Cards",
                                                     "Search Skills"};
 
@@ -86,7 +88,7 @@ void frmSelName::loadTexts() {
     if (!globals_.gSys) {
         return;
     }
-    if (const std::string text = globals_.gSys->GetText(captionText); !text.empty()) {
+    if (const std::string text = globals_.gSys->GetText(textNumber::criteria); !text.empty()) {
         setWindowTitle(platform::titleText(text));
     }
     for (int tab = 0; tab < Tab1_->count(); ++tab) {

@@ -1,6 +1,7 @@
 #include "search/objNameSearch.h"
 
 #include "server/IgnoringErrors.h"
+#include "server/TextNumbers.h"
 
 #include <exception>
 #include <utility>
@@ -8,10 +9,9 @@
 namespace kintar::search {
 namespace {
 
-constexpr std::int16_t captionText = 204;
-
 std::string dialogCaption(modGlobals& globals) {
-    const std::string text = globals.gSys ? globals.gSys->GetText(captionText) : std::string();
+    const std::string text =
+        globals.gSys ? globals.gSys->GetText(textNumber::searchNames) : std::string();
     return text.empty() ? "Search Names" : text;
 }
 

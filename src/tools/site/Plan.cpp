@@ -1,5 +1,7 @@
 #include "tools/site/Plan.h"
 
+#include "server/TextNumbers.h"
+
 #include <array>
 #include <string_view>
 
@@ -98,21 +100,22 @@ constexpr std::array<Operator, 7> operatorList{{
     {7, 1, true, {}, "every right, sees only companies 1 and 3 of group 1"},
 }};
 
-constexpr std::array<NumberedText, 14> textList{{
-    {204, "Search Names"},
-    {205, "Search UDFs"},
-    {206, "Search Cards"},
-    {208, "Field"},
-    {209, "Value"},
-    {456, "Alarm"},
-    {474, "Scheduled Override"},
-    {475, "New"},
-    {477, "Please choose a start command and a stop command."},
-    {513, "Search Skills"},
-    {514, "Select Name List Criteria"},
-    {10001, "Enable Card"},
-    {10002, "Disable Card"},
-    {10003, "No Image"},
+constexpr std::array<NumberedText, 15> textList{{
+    {textNumber::searchNames, "Search Names"},
+    {textNumber::searchUdfs, "Search UDFs"},
+    {textNumber::searchCards, "Search Cards"},
+    {textNumber::udfField, "Field"},
+    {textNumber::udfValue, "Value"},
+    {textNumber::alarm, "Alarm"},
+    {textNumber::scheduledOverride, "Scheduled Override"},
+    {textNumber::newOverride, "New"},
+    {textNumber::missingCommand, "Please choose a start command and a stop command."},
+    {textNumber::searchSkills, "Search Skills"},
+    {textNumber::criteria, "Select Name List Criteria"},
+    {textNumber::nameSearchOk, "OK"},
+    {textNumber::enableCard, "Enable Card"},
+    {textNumber::disableCard, "Disable Card"},
+    {textNumber::positionOf, "of"},
 }};
 
 } // namespace
