@@ -1,9 +1,12 @@
 #include "tools/site/FileCheck.h"
 
+#include "base/RunTimeError.h"
+#include "reports/engine/ReportFile.h"
 #include "tools/site/PhotoFolder.h"
 #include "tools/site/SiteMaker.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <optional>
@@ -22,6 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t largestTextFile = 1'048'576;
+constexpr std::array neededReports{"Except.rpt", "InRptc.rpt"};
 
 bool isPlainFolder(const fs::path& folder, const std::string& where, Findings& findings) {
     std::error_code error;
@@ -86,6 +90,20 @@ std::optional<std::vector<int>> locationNumbers(std::string_view list) {
         list.remove_prefix(comma + 1);
     }
     return numbers;
+}
+
+void checkReportFile(const fs::path& folder, const std::string& name, Findings& findings) {
+    const std::string where = std::string(reportsFolder) + "/" + name;
+    const std::optional<std::string> content =
+        readCheckedFile(folder / name, where, largestTextFile, findings);
+    if (!content) {
+        return;
+    }
+    try {
+        reports::readReportFile(*content, name);
+    } catch (const RunTimeError& error) {
+        findings.add(where, error.what());
+    }
 }
 
 std::set<int> knownLocations(SiteDatabase* database) {
@@ -162,6 +180,22 @@ void checkFolders(const fs::path& site, const SiteSettings& settings, Findings& 
     if (isPlainFolder(settings.data, dataFolder, findings)) {
         checkWritable(settings.data, dataFolder, findings);
         isPlainFolder(settings.data / imagesFolder, imagesFolder, findings);
+    }
+}
+
+void checkReportFiles(const fs::path& site, Findings& findings) {
+    const fs::path folder = site / reportsFolder;
+    if (!fs::is_directory(fs::symlink_status(folder))) {
+        return; // said of the folder itself
+    }
+    std::set<std::string> names(neededReports.begin(), neededReports.end());
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        if (entry.path().extension() == ".rpt") {
+            names.insert(entry.path().filename().string());
+        }
+    }
+    for (const std::string& name : names) {
+        checkReportFile(folder, name, findings);
     }
 }
 

@@ -21,4 +21,7 @@ void checkPrinterMap(const SiteSettings& settings, SiteDatabase* database, Findi
 /// `MissingPhotos.txt`, which are known to be missing.
 void checkPhotos(const SiteSettings& settings, SiteDatabase& database, Findings& findings);
 
+/// The report files that the server prints are there, and every report file can be read as one.
+void checkReportFiles(const std::filesystem::path& site, Findings& findings);
+
 } // namespace kintar::site

@@ -5,6 +5,7 @@
 #include "tools/site/SchemaCheck.h"
 #include "tools/site/SiteDatabase.h"
 #include "tools/site/SiteError.h"
+#include "tools/site/SiteMaker.h"
 #include "tools/site/ValueCheck.h"
 
 #include <functional>
@@ -70,13 +71,17 @@ void checkTexts(const SiteSettings& settings, SiteDatabase& database, Findings& 
     }
 }
 
-void checkDatabase(const SiteSettings& settings, SiteDatabase& database, Findings& findings) {
+void checkDatabase(const SiteSettings& settings, SiteDatabase& database, const KnowsZone& knowsZone,
+                   Findings& findings) {
     bool complete = false;
     runStep(databasePlace, findings, [&] { complete = checkSchema(database, findings); });
     runStep(databasePlace, findings, [&] { checkTexts(settings, database, findings); });
     runStep(databasePlace, findings, [&] { checkValues(database, findings); });
     if (complete) {
         runStep(databasePlace, findings, [&] { checkRelations(database, findings); });
+        if (knowsZone) {
+            runStep("Loc", findings, [&] { checkZoneNames(database, knowsZone, findings); });
+        }
         runStep("Images", findings, [&] { checkPhotos(settings, database, findings); });
     }
     runStep("InRptByLoc.txt", findings,
@@ -85,7 +90,7 @@ void checkDatabase(const SiteSettings& settings, SiteDatabase& database, Finding
 
 } // namespace
 
-std::vector<std::string> checkSite(const fs::path& site) {
+std::vector<std::string> checkSite(const fs::path& site, const KnowsZone& knowsZone) {
     Findings findings;
     std::error_code error;
     if (!fs::is_directory(site, error)) {
@@ -97,9 +102,10 @@ std::vector<std::string> checkSite(const fs::path& site) {
         return findings.lines();
     }
     runStep("folders", findings, [&] { checkFolders(site, *settings, findings); });
+    runStep(reportsFolder, findings, [&] { checkReportFiles(site, findings); });
     const std::unique_ptr<SiteDatabase> database = openDatabase(settings->database, findings);
     if (database && checkIntegrity(*database, findings)) {
-        checkDatabase(*settings, *database, findings);
+        checkDatabase(*settings, *database, knowsZone, findings);
     }
     return findings.lines();
 }

@@ -3,6 +3,7 @@
 #include "companion/SiteSchema.h"
 #include "tools/site/SchemaCheck.h"
 #include "tools/site/SiteError.h"
+#include "tools/site/TextCheck.h"
 
 #include <array>
 #include <string>
@@ -102,6 +103,9 @@ void checkValues(SiteDatabase& database, Findings& findings) {
             }
             try {
                 checkColumn(database, table, column, findings);
+                if (column.type == ColumnType::Text) {
+                    checkUtf8(database, table.name, column.name, findings);
+                }
             } catch (const SiteError& error) {
                 findings.add(table.name + '.' + column.name, error.what());
             }

@@ -1,5 +1,7 @@
 // kintar-site: makes sites with invented data and says what is wrong with a site.
 
+#include "platform/SystemClock.h"
+#include "platform/SystemZones.h"
 #include "tools/site/CardFeed.h"
 #include "tools/site/PhotoWriter.h"
 #include "tools/site/SiteCheck.h"
@@ -129,7 +131,10 @@ int runFeed(const FeedArguments& arguments, bool onePerson) {
 }
 
 int runCheck(const std::string& folder) {
-    const std::vector<std::string> findings = site::checkSite(folder);
+    const std::vector<std::string> findings = site::checkSite(folder, [](const std::string& zone) {
+        const kintar::platform::SystemClock clock;
+        return kintar::platform::SystemZones(clock).open(zone).has_value();
+    });
     for (const std::string& finding : findings) {
         std::cout << finding << '\n';
     }

@@ -154,5 +154,18 @@ TEST_F(SiteCheckFiles, FindUnknownLocationsOfThePrinterMap) {
                                      "InRptByLoc.txt: line 3 names location 88, which is missing"));
 }
 
+TEST_F(SiteCheckFiles, FindMissingReportFiles) {
+    fs::remove(site.folder / "Reports/Except.rpt");
+    EXPECT_THAT(found(), only("Reports/Except.rpt: is missing"));
+}
+
+TEST_F(SiteCheckFiles, FindReportFilesThatCannotBeRead) {
+    write("Reports/InRptc.rpt", "<report>\n<unclosed>\n");
+    EXPECT_THAT(found(), onlyFrom("Reports/InRptc.rpt: InRptc.rpt, line "));
+    write("Reports/InRptc.rpt", testing::contentOf(site.folder / "Reports/Except.rpt"));
+    write("Reports/Own.rpt", "<other/>");
+    EXPECT_THAT(found(), onlyFrom("Reports/Own.rpt: Own.rpt, line 1"));
+}
+
 } // namespace
 } // namespace kintar::site

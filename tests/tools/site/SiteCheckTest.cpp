@@ -201,5 +201,22 @@ TEST(SiteCheck, SurvivesATableWithoutRowNumbers) {
     EXPECT_THAT(found, SizeIs(3));
 }
 
+TEST(SiteCheck, FindsTextsThatAreNoUtf8) {
+    EXPECT_THAT(
+        foundAfter("UPDATE Names SET LName = CAST(x'4D81726368' AS TEXT) WHERE ID IN (5, 9)"),
+        only("Names.LName: 2 rows hold text that is no UTF-8 (first: row 5)"));
+    EXPECT_THAT(foundAfter("UPDATE Company SET Name = CAST(x'FF' AS TEXT) WHERE rowid = 3"),
+                only("Company.Name: 1 row holds text that is no UTF-8 (first: row 3)"));
+}
+
+TEST(SiteCheck, FindsZonesThatTheSystemDoesNotKnow) {
+    const TestSite site;
+    site.execute("UPDATE Loc SET TimeZone = 'Atlantis Standard Time' WHERE Loc = 21");
+    const auto knows = [](const std::string& zone) { return zone != "Atlantis Standard Time"; };
+    EXPECT_THAT(
+        checkSite(site.folder, knows),
+        only("Loc.TimeZone: location 21: the system knows no zone 'Atlantis Standard Time'"));
+}
+
 } // namespace
 } // namespace kintar::site
