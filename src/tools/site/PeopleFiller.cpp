@@ -120,6 +120,7 @@ void fillPeople(SiteDatabase& database, const SiteOptions& options) {
     PeopleFiller filler(database, options);
     for (int id = 1; id <= options.names; ++id) {
         filler.add(persons.person(id));
+        options.checkpoint();
     }
 }
 

@@ -74,8 +74,8 @@ void requireFormats() {
 class Painters {
 public:
     Painters(const std::filesystem::path& folder, const std::vector<const Person*>& people,
-             std::uint64_t seed)
-        : folder_(folder), people_(people), seed_(seed) {}
+             std::uint64_t seed, const std::function<void()>& checkpoint)
+        : folder_(folder), people_(people), seed_(seed), checkpoint_(checkpoint) {}
 
     void run() {
         std::vector<std::jthread> threads;
@@ -93,6 +93,7 @@ private:
     void work() {
         for (std::size_t i = next_++; i < people_.size(); i = next_++) {
             try {
+                checkpoint_();
                 writePhoto(folder_, *people_[i], seed_);
             } catch (...) {
                 const std::scoped_lock lock(mutex_);
@@ -106,6 +107,7 @@ private:
     const std::filesystem::path& folder_;
     const std::vector<const Person*>& people_;
     std::uint64_t seed_;
+    const std::function<void()>& checkpoint_;
     std::atomic<std::size_t> next_ = 0;
     std::mutex mutex_;
     std::exception_ptr failure_;
@@ -114,7 +116,7 @@ private:
 } // namespace
 
 void writePhotos(const std::filesystem::path& folder, const std::vector<Person>& people,
-                 std::uint64_t seed) {
+                 std::uint64_t seed, const std::function<void()>& checkpoint) {
     requireFormats();
     std::vector<const Person*> present;
     for (const Person& person : people) {
@@ -123,7 +125,7 @@ void writePhotos(const std::filesystem::path& folder, const std::vector<Person>&
             present.push_back(&person);
         }
     }
-    Painters(folder, present, seed).run();
+    Painters(folder, present, seed, checkpoint).run();
 }
 
 } // namespace kintar::site

@@ -44,6 +44,7 @@ RowCounts fillSite(SiteDatabase& database, const SiteOptions& options) {
     fillPlan(database, options);
     fillPeople(database, options);
     for (const std::string& index : indexes) {
+        options.checkpoint();
         database.execute(index);
     }
     for (const std::string& statement : companion::siteStatisticsStatements()) {

@@ -3,61 +3,17 @@
 #include "tools/site/Plan.h"
 #include "tools/site/ReportFiles.h"
 #include "tools/site/SiteError.h"
+#include "tools/site/UnfinishedFolder.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <string>
-#include <system_error>
-
-#include <stdlib.h>
 
 namespace kintar::site {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// A folder under a name of its own, removed again unless it has been moved to its place.
-class UnfinishedFolder {
-public:
-    explicit UnfinishedFolder(const fs::path& place) {
-        std::string name =
-            (place.parent_path() / ("." + place.filename().string() + ".unfinished-XXXXXX"))
-                .string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw SiteError("cannot make a folder in " + place.parent_path().string() + ": " +
-                            std::strerror(errno));
-        }
-        path_ = name;
-    }
-    UnfinishedFolder(const UnfinishedFolder&) = delete;
-    UnfinishedFolder& operator=(const UnfinishedFolder&) = delete;
-    ~UnfinishedFolder() {
-        if (!path_.empty()) {
-            std::error_code ignored;
-            fs::remove_all(path_, ignored);
-        }
-    }
-
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-    void moveTo(const fs::path& place, fs::perms permissions) {
-        fs::permissions(path_, permissions);
-        std::error_code error;
-        // Over an empty folder, and refused where something has appeared in it meanwhile.
-        fs::rename(path_, place, error);
-        if (error) {
-            throw SiteError("cannot move the finished site to " + place.string() + ": " +
-                            error.message());
-        }
-        path_.clear();
-    }
-
-private:
-    fs::path path_;
-};
 
 /// Where the site goes, without links and closing separators.
 fs::path placeOf(const fs::path& folder) {
@@ -142,6 +98,7 @@ void writeFiles(const fs::path& root, const SiteOptions& options, const PhotoMak
         people.push_back(persons.person(id));
     }
     photos(data / imagesFolder, people);
+    options.checkpoint();
     writeText(data / printerMapFile, printerMap());
     writeText(data / missingPhotosFile, missingPhotos(people));
 }
@@ -150,6 +107,7 @@ void writeFiles(const fs::path& root, const SiteOptions& options, const PhotoMak
 
 RowCounts makeSite(const fs::path& folder, const SiteOptions& options, const PhotoMaker& photos) {
     const fs::path place = placeOf(folder);
+    removeAbandoned(place);
     UnfinishedFolder unfinished(place);
     const fs::path& root = unfinished.path();
     writeFiles(root, options, photos);
@@ -158,6 +116,7 @@ RowCounts makeSite(const fs::path& folder, const SiteOptions& options, const Pho
         SiteDatabase database(root / databaseFile, SiteDatabase::Access::Create);
         counts = fillSite(database, options);
     }
+    options.checkpoint();
     // Last, so that a folder left by a lost machine is no site.
     writeText(root / settingsFile, settingsText());
     unfinished.moveTo(place, permissionsFor(place, root / dataFolder));

@@ -27,8 +27,9 @@ using PhotoMaker =
     std::function<void(const std::filesystem::path& folder, const std::vector<Person>& people)>;
 
 /// Makes the site `folder`, which must not exist or be an empty folder. It is put together under
-/// another name beside that and moved there when it is complete; a failure leaves nothing. Throws
-/// SiteError or std::filesystem::filesystem_error.
+/// another name beside that and moved there when it is complete; a failure leaves nothing, and what
+/// a lost process left of the same site is removed first. Throws SiteError,
+/// std::filesystem::filesystem_error or what the options' checkpoint throws.
 RowCounts makeSite(const std::filesystem::path& folder, const SiteOptions& options,
                    const PhotoMaker& photos);
 

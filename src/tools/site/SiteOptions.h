@@ -4,6 +4,7 @@
 #include "base/DateTime.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace kintar::site {
 
@@ -14,6 +15,8 @@ struct SiteOptions {
     std::uint64_t seed = 1;
     int photos = 500; ///< only the persons up to this ID may have a photo
     DateTime now;     ///< the moment that recent card uses lie before
+    /// Called every now and then, on any thread, while the site is made; what it throws ends that.
+    std::function<void()> checkpoint = [] {};
 };
 
 } // namespace kintar::site

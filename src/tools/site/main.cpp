@@ -3,6 +3,7 @@
 #include "platform/SystemClock.h"
 #include "platform/SystemZones.h"
 #include "tools/site/CardFeed.h"
+#include "tools/site/Interruption.h"
 #include "tools/site/PhotoWriter.h"
 #include "tools/site/SiteCheck.h"
 #include "tools/site/SiteError.h"
@@ -71,10 +72,11 @@ int runCreate(CreateArguments& arguments) {
         }
     }
     arguments.options.now = *now;
-    const std::uint64_t seed = arguments.options.seed;
-    const auto photos = [seed](const std::filesystem::path& folder,
-                               const std::vector<site::Person>& people) {
-        site::writePhotos(folder, people, seed);
+    site::noteInterruptions();
+    arguments.options.checkpoint = site::throwIfInterrupted;
+    const auto photos = [&options = arguments.options](const std::filesystem::path& folder,
+                                                       const std::vector<site::Person>& people) {
+        site::writePhotos(folder, people, options.seed, options.checkpoint);
     };
     site::SiteSummary summary{arguments.folder, arguments.options, {}};
     summary.counts = site::makeSite(arguments.folder, arguments.options, photos);
@@ -176,6 +178,9 @@ int main(int argc, char** argv) {
         // Image plugins are looked for beside it and in the paths that it knows.
         const QCoreApplication application(argc, argv);
         return run(argc, argv);
+    } catch (const site::Interrupted& interrupted) {
+        std::cerr << "kintar-site: interrupted; nothing was left\n";
+        site::endBy(interrupted.signal());
     } catch (const std::exception& error) {
         std::cerr << "kintar-site: " << error.what() << '\n';
         return 2;

@@ -3,8 +3,10 @@
 #include "TestSite.h"
 #include "companion/SiteSchema.h"
 #include "server/TextNumbers.h"
+#include "tools/site/Interruption.h"
 #include "tools/site/SchemaCheck.h"
 #include "tools/site/SiteError.h"
+#include "tools/site/UnfinishedFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -172,6 +174,64 @@ TEST(SiteMaker, DoesNotReplaceWhatAppearedMeanwhile) {
     };
     EXPECT_THAT(refusal(folder, meanwhile), HasSubstr("cannot move the finished site"));
     EXPECT_EQ(treeOf(scratch.path()), (std::vector<std::string>{"site", "site/theirs.txt"}));
+}
+
+TEST(SiteMaker, LeavesNothingWhereItIsInterrupted) {
+    const ScratchFolder scratch;
+    SiteOptions options{.names = 50, .seed = 1, .photos = 5, .now = testing::testNow()};
+    int checkpoints = 0;
+    options.checkpoint = [&checkpoints] {
+        if (++checkpoints == 30) {
+            throw Interrupted(2);
+        }
+    };
+    EXPECT_THROW(makeSite(fs::path(scratch.path()) / "site", options, writeToyPhotos), Interrupted);
+    EXPECT_TRUE(fs::is_empty(scratch.path()));
+}
+
+class AbandonedFolders : public ::testing::Test {
+protected:
+    /// What a process that was killed leaves of a site.
+    [[nodiscard]] fs::path leave(const std::string& name) const {
+        const fs::path folder = root / name;
+        fs::create_directories(folder / "Data");
+        std::ofstream(folder / "Data" / "half.jpg") << "half";
+        return folder;
+    }
+    std::string make() const { return refusal(root / "site"); }
+
+    ScratchFolder scratch;
+    fs::path root = scratch.path();
+};
+
+TEST_F(AbandonedFolders, OfTheSameSiteAreRemoved) {
+    const fs::path left = leave(".site.unfinished-Ab12Cd");
+    EXPECT_EQ(make(), "made");
+    EXPECT_FALSE(fs::exists(left));
+}
+
+TEST_F(AbandonedFolders, OfOtherSitesAndOtherNamesStay) {
+    const std::vector<fs::path> others{leave(".site2.unfinished-Ab12Cd"),
+                                       leave(".site.unfinished-mine"), leave("site.unfinished-x")};
+    EXPECT_EQ(make(), "made");
+    for (const fs::path& other : others) {
+        EXPECT_TRUE(fs::exists(other / "Data" / "half.jpg")) << other;
+    }
+}
+
+TEST_F(AbandonedFolders, ThatAreBeingFilledStay) {
+    const UnfinishedFolder beingFilled(root / "site");
+    std::ofstream(beingFilled.path() / "theirs.txt") << "theirs";
+    EXPECT_EQ(make(), "made");
+    EXPECT_TRUE(fs::exists(beingFilled.path() / "theirs.txt"));
+}
+
+TEST_F(AbandonedFolders, ThatAreLinksStayWithWhatTheyLeadTo) {
+    const fs::path kept = leave("kept");
+    fs::create_directory_symlink(kept, root / ".site.unfinished-Ab12Cd");
+    EXPECT_EQ(make(), "made");
+    EXPECT_TRUE(fs::exists(kept / "Data" / "half.jpg"));
+    EXPECT_TRUE(fs::is_symlink(root / ".site.unfinished-Ab12Cd"));
 }
 
 } // namespace
