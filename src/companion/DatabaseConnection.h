@@ -1,8 +1,12 @@
 // A connection on which statements of the dialect run.
 #pragma once
 
+#include "companion/Catalog.h"
+#include "companion/dialect/EngineWriter.h"
 #include "server/Companion.h"
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,7 +14,9 @@
 
 namespace kintar::companion {
 
-/// What an engine offers to the record helper. Both operations throw DatabaseError.
+enum class DatabaseAccess : std::uint8_t { ReadWrite, ReadOnly };
+
+/// What an engine offers to the record helper. Every operation throws DatabaseError.
 class DatabaseConnection : public Connection {
 public:
     /// The rows of a SELECT. Another statement is an error.
@@ -22,6 +28,20 @@ public:
     virtual void execute(std::string_view sql) = 0;
     /// How the engine would go about the statement, a step a line; nothing is run.
     virtual std::vector<std::string> plan(std::string_view sql) = 0;
+    /// What the engine gets for a statement.
+    virtual dialect::Translation translate(std::string_view sql) = 0;
+    /// The tables as they were when last read.
+    [[nodiscard]] virtual const Catalog& catalog() const = 0;
+    /// The name of the engine, as `explainDialect` takes it.
+    [[nodiscard]] virtual std::string_view engine() const = 0;
+
+    /// Statements fail soon after `stop` has become true; null: no more. It must outlive that.
+    virtual void stopWhen(const std::atomic<bool>* stop) = 0;
+    /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
+    /// of the data.
+    virtual void beginRead() = 0;
+    /// No error, also where nothing was begun.
+    virtual void endRead() noexcept = 0;
 };
 
 } // namespace kintar::companion

@@ -21,6 +21,9 @@ enum class ErrorKind : std::uint8_t {
     ReadOnly,
     DiskFull,
     Constraint,
+    Unreachable,    ///< no connection to the database server, or lost before anything was written
+    TimedOut,       ///< it took longer than it may
+    OutcomeUnknown, ///< a change was sent and no answer came: it may have been made, or not
     Other,
 };
 

@@ -3,6 +3,7 @@
 #include "companion/dialect/Keyword.h"
 #include "companion/dialect/Lexer.h"
 #include "companion/dialect/Parser.h"
+#include "companion/dialect/PostgresWriter.h"
 #include "companion/dialect/Resolver.h"
 #include "companion/dialect/Rewriter.h"
 #include "companion/dialect/SqliteWriter.h"
@@ -27,8 +28,13 @@ LiftedValue liftedOf(const dialect::LiteralValue& literal) {
 
 const dialect::EngineWriter& writerFor(std::string_view engine) {
     static const dialect::SqliteWriter sqlite;
+    static const dialect::PostgresWriter postgres;
+    if (dialect::sameName(engine, postgres.engine())) {
+        return postgres;
+    }
     if (!dialect::sameName(engine, sqlite.engine())) {
-        throw DatabaseError(ErrorKind::Other, "There is no such engine; there is sqlite.");
+        throw DatabaseError(ErrorKind::Other,
+                            "There is no such engine; there are sqlite and postgres.");
     }
     return sqlite;
 }
@@ -36,7 +42,7 @@ const dialect::EngineWriter& writerFor(std::string_view engine) {
 } // namespace
 
 std::vector<std::string> knownEngines() {
-    return {"sqlite"};
+    return {"sqlite", "postgres"};
 }
 
 Explained explainDialect(std::string_view sql, std::string_view engine, const Catalog& catalog) {

@@ -1,26 +1,27 @@
 // A connection of its own for long reads on a site.
 #pragma once
 
-#include "companion/sqlite/SqliteConnection.h"
+#include "companion/DatabaseConnection.h"
 #include "server/Companion.h"
 
-#include <string>
+#include <memory>
+#include <utility>
 
 namespace kintar::companion {
 
-/// Reads the embedded database of a site; never writes.
+/// Reads the database of a site; never writes.
 class SiteReadSession final : public ReadSession {
 public:
-    /// Throws DatabaseError where the database cannot be opened.
-    explicit SiteReadSession(const std::string& database)
-        : connection_(database, sqlite::Access::ReadOnly) {}
+    /// `connection` is for this session alone.
+    explicit SiteReadSession(std::unique_ptr<DatabaseConnection> connection)
+        : connection_(std::move(connection)) {}
 
-    Connection& connection() override { return connection_; }
-    void beginRead() override { connection_.beginRead(); }
-    void endRead() noexcept override { connection_.endRead(); }
+    Connection& connection() override { return *connection_; }
+    void beginRead() override { connection_->beginRead(); }
+    void endRead() noexcept override { connection_->endRead(); }
 
 private:
-    sqlite::SqliteConnection connection_;
+    std::unique_ptr<DatabaseConnection> connection_;
 };
 
 } // namespace kintar::companion

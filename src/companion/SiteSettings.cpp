@@ -2,6 +2,7 @@
 
 #include "companion/DatabaseError.h"
 #include "companion/dialect/Keyword.h"
+#include "companion/postgres/ConnectionText.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -112,7 +113,11 @@ SiteSettings SiteSettings::parse(std::string_view text, const std::string& siteF
     if (!isName(settings.textsTable)) {
         throw DatabaseError(ErrorKind::Other, "kintar3.ini: Texts is not the name of a table.");
     }
-    settings.database = wholePath(siteFolder, settings.database);
+    if (postgres::isConnectionText(settings.database)) {
+        const postgres::ConnectionText checked(settings.database);
+    } else {
+        settings.database = wholePath(siteFolder, settings.database);
+    }
     settings.data = wholePath(siteFolder, settings.data);
     return settings;
 }

@@ -13,10 +13,11 @@ namespace kintar::companion {
 ///     Data=Data
 ///     Texts=Texts
 ///
+/// `Database` may also be the connection text of a database server, `postgresql://host/name`.
 /// Paths that are not absolute start at the site's folder. Key names ignore case; blank lines and
 /// lines that begin with `;` or `#` count for nothing.
 struct SiteSettings {
-    std::string database = "site.db"; ///< whole path
+    std::string database = "site.db"; ///< whole path, or a connection text
     std::string data = "Data";        ///< whole path, without a closing separator
     std::string textsTable = "Texts";
 

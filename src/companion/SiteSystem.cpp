@@ -1,8 +1,8 @@
 #include "companion/SiteSystem.h"
 
 #include "companion/DatabaseError.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteReadSession.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <charconv>
 #include <filesystem>
@@ -56,7 +56,7 @@ std::unique_ptr<ReadSession> SiteSystem::newReadSession() {
     if (!data_) {
         throw DatabaseError::closed();
     }
-    return std::make_unique<SiteReadSession>(database_);
+    return std::make_unique<SiteReadSession>(openDatabase(database_, DatabaseAccess::ReadOnly));
 }
 
 bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
@@ -66,10 +66,8 @@ bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
         throw DatabaseError(ErrorKind::Missing, "There is no data folder " + settings.data + ".");
     }
     // Both or neither: a system with half its connections would fail later and elsewhere.
-    auto data =
-        std::make_shared<sqlite::SqliteConnection>(settings.database, sqlite::Access::ReadWrite);
-    auto setup =
-        std::make_shared<sqlite::SqliteConnection>(settings.database, sqlite::Access::ReadOnly);
+    std::shared_ptr<Connection> data = openDatabase(settings.database, DatabaseAccess::ReadWrite);
+    std::shared_ptr<Connection> setup = openDatabase(settings.database, DatabaseAccess::ReadOnly);
     dataPath_ = settings.data;
     database_ = settings.database;
     data_ = std::move(data);

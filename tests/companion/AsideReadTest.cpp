@@ -1,14 +1,14 @@
-#include "companion/sqlite/AsideRead.h"
+#include "companion/AsideRead.h"
 
 #include "base/RunTimeError.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteFolder.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <gtest/gtest.h>
 
 #include <future>
 
-namespace kintar::companion::sqlite {
+namespace kintar::companion {
 namespace {
 
 using std::chrono::minutes;
@@ -19,16 +19,23 @@ const std::string endless =
     "[Names] "
     "c ON a.LocGrp <> c.ID) INNER JOIN [Names] d ON a.LocGrp <> d.ID) INNER JOIN [Names] e ON "
     "a.LocGrp <> e.ID) INNER JOIN [Names] f ON a.LocGrp <> f.ID) INNER JOIN [Names] g ON a.LocGrp "
-    "<> g.ID) INNER JOIN [Names] h ON a.LocGrp <> h.ID) WHERE a.LName = 'nobody at all' OR h.ID < "
-    "0";
+    "<> g.ID) INNER JOIN [Names] h ON a.LocGrp <> h.ID) WHERE a.FName & b.FName & c.FName & "
+    "d.FName "
+    "& e.FName & f.FName & g.FName & h.FName = 'nobody at all'";
 
-class AsideReading : public ::testing::Test {
+class AsideReading : public ::testing::TestWithParam<TestEngine> {
 protected:
-    SiteFolder site;
-    SqliteConnection connection{site.database(), Access::ReadWrite};
+    [[nodiscard]] std::shared_ptr<DatabaseConnection> own() const {
+        return openDatabase(site.database(), DatabaseAccess::ReadOnly);
+    }
+
+    SiteFolder site{GetParam()};
+    std::unique_ptr<DatabaseConnection> opened =
+        openDatabase(site.database(), DatabaseAccess::ReadWrite);
+    DatabaseConnection& connection = *opened;
 };
 
-TEST_F(AsideReading, GivesTheRowsThatReadingAtOnceGives) {
+TEST_P(AsideReading, GivesTheRowsThatReadingAtOnceGives) {
     const std::string sql = "SELECT ID, LName FROM [Names] ORDER BY LName, FName";
     std::promise<void> told;
     const auto read = connection.openAside(sql, [&] { told.set_value(); });
@@ -44,32 +51,30 @@ TEST_F(AsideReading, GivesTheRowsThatReadingAtOnceGives) {
     }
 }
 
-TEST_F(AsideReading, OfAStatementThatCannotBeReadFailsAtOnce) {
+TEST_P(AsideReading, OfAStatementThatCannotBeReadFailsAtOnce) {
     EXPECT_THROW(connection.openAside("SELECT Nothing FROM [Names]", [] {}), RunTimeError);
 }
 
-TEST_F(AsideReading, ThrowsWhatTheReadThrewWhenTheRowsAreTaken) {
-    const auto own = std::make_shared<SqliteConnection>(site.database(), Access::ReadOnly);
-    AsideRead read(own, "SELECT Nothing FROM [Names]", [] {});
+TEST_P(AsideReading, ThrowsWhatTheReadThrewWhenTheRowsAreTaken) {
+    AsideRead read(own(), "SELECT Nothing FROM [Names]", [] {});
     ASSERT_TRUE(read.waitFor(minutes(1)));
     EXPECT_THROW(read.take(), RunTimeError);
 }
 
-TEST_F(AsideReading, GivesTheSameRowsOnItsOwnThread) {
-    const auto own = std::make_shared<SqliteConnection>(site.database(), Access::ReadOnly);
+TEST_P(AsideReading, GivesTheSameRowsOnItsOwnThread) {
     std::promise<void> told;
-    AsideRead read(own, "SELECT ID FROM [Names]", [&] { told.set_value(); });
+    AsideRead read(own(), "SELECT ID FROM [Names]", [&] { told.set_value(); });
     ASSERT_EQ(told.get_future().wait_for(minutes(1)), std::future_status::ready);
     ASSERT_TRUE(read.waitFor(std::chrono::milliseconds(0)));
     EXPECT_EQ(read.take().RecordCount(), connection.open("SELECT ID FROM [Names]").RecordCount());
 }
 
-TEST_F(AsideReading, OfAClosedConnectionFailsAtOnce) {
+TEST_P(AsideReading, OfAClosedConnectionFailsAtOnce) {
     connection.Close();
     EXPECT_THROW(connection.openAside("SELECT ID FROM [Names]", [] {}), RunTimeError);
 }
 
-TEST_F(AsideReading, StopsWhenItIsDroppedAndTheNextOneReads) {
+TEST_P(AsideReading, StopsWhenItIsDroppedAndTheNextOneReads) {
     {
         const auto read = connection.openAside(endless, [] {});
         EXPECT_FALSE(read->waitFor(std::chrono::milliseconds(20)));
@@ -79,7 +84,7 @@ TEST_F(AsideReading, StopsWhenItIsDroppedAndTheNextOneReads) {
     EXPECT_GT(next->take().RecordCount(), 0U);
 }
 
-TEST_F(AsideReading, LeavesItsConnectionFreeForOthersMeanwhile) {
+TEST_P(AsideReading, LeavesItsConnectionFreeForOthersMeanwhile) {
     const auto read = connection.openAside(endless, [] {});
     EXPECT_GT(connection.open("SELECT ID FROM [Names]").RecordCount(), 0U);
     const auto second = connection.openAside("SELECT ID FROM [Names]", [] {});
@@ -88,12 +93,16 @@ TEST_F(AsideReading, LeavesItsConnectionFreeForOthersMeanwhile) {
     EXPECT_FALSE(read->waitFor(std::chrono::milliseconds(0)));
 }
 
-TEST_F(AsideReading, OutlivesTheConnectionThatStartedIt) {
+TEST_P(AsideReading, OutlivesTheConnectionThatStartedIt) {
     const auto read = connection.openAside("SELECT ID FROM [Names]", [] {});
     connection.Close();
     ASSERT_TRUE(read->waitFor(minutes(1)));
     EXPECT_GT(read->take().RecordCount(), 0U);
 }
 
+INSTANTIATE_TEST_SUITE_P(Engines, AsideReading,
+                         ::testing::Values(TestEngine::Sqlite, TestEngine::Postgres),
+                         [](const auto& instance) { return nameOf(instance.param); });
+
 } // namespace
-} // namespace kintar::companion::sqlite
+} // namespace kintar::companion

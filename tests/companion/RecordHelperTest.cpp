@@ -1,8 +1,8 @@
 #include "companion/RecordHelper.h"
 
 #include "companion/DatabaseError.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteFolder.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,24 +41,26 @@ public:
     std::string second = "design";
 };
 
-class RecordHelperTest : public testing::Test {
+class RecordHelperTest : public ::testing::TestWithParam<TestEngine> {
 protected:
     Recordset open(std::string_view sql) { return records.OpenRecordset(sql, connection); }
 
-    SiteFolder site;
+    SiteFolder site{GetParam()};
     NoNotices notices;
     RecordHelper records{notices};
-    sqlite::SqliteConnection connection{site.database(), sqlite::Access::ReadWrite};
+    std::unique_ptr<DatabaseConnection> opened =
+        openDatabase(site.database(), DatabaseAccess::ReadWrite);
+    DatabaseConnection& connection = *opened;
 };
 
-TEST_F(RecordHelperTest, TextLiteralsKeepQuotesWhole) {
+TEST_P(RecordHelperTest, TextLiteralsKeepQuotesWhole) {
     EXPECT_EQ(records.SqlText("O'Brien"), "'O''Brien'");
     EXPECT_EQ(records.SqlText(""), "''");
     EXPECT_EQ(records.SqlText("a\xff"), "'a\uFFFD'");
     EXPECT_EQ(records.SqlText(std::string_view("a\0b", 3)), "'a\uFFFDb'");
 }
 
-TEST_F(RecordHelperTest, EveryTextSurvivesTheWayThroughAStatement) {
+TEST_P(RecordHelperTest, EveryTextSurvivesTheWayThroughAStatement) {
     for (const char* text : {"O'Brien", "''", "\"", "x'; DROP TABLE Names; --", "#3/14/2012#",
                              "Παπά", "a\r\nb", "[x]", "%_", "\\"}) {
         records.ExecuteSQL(
@@ -67,13 +69,13 @@ TEST_F(RecordHelperTest, EveryTextSurvivesTheWayThroughAStatement) {
     }
 }
 
-TEST_F(RecordHelperTest, DateLiteralsHaveTheTimeAlways) {
+TEST_P(RecordHelperTest, DateLiteralsHaveTheTimeAlways) {
     EXPECT_EQ(records.SqlDate(*DateTime::fromFields(2012, 3, 14, 17, 5)), "#03/14/2012 17:05:00#");
     EXPECT_EQ(records.SqlDate(DateTime()), "#12/30/1899 00:00:00#");
     EXPECT_EQ(records.SqlDate(*DateTime::fromFields(9999, 12, 31)), "#12/31/9999 00:00:00#");
 }
 
-TEST_F(RecordHelperTest, ADateWrittenReadsBackTheSame) {
+TEST_P(RecordHelperTest, ADateWrittenReadsBackTheSame) {
     const DateTime moment = *DateTime::fromFields(2024, 2, 29, 23, 59, 59);
     records.ExecuteSQL("UPDATE OvrSchedule SET StartDate = " + records.SqlDate(moment), connection);
     EXPECT_EQ(
@@ -81,7 +83,7 @@ TEST_F(RecordHelperTest, ADateWrittenReadsBackTheSame) {
         moment);
 }
 
-TEST_F(RecordHelperTest, ACriterionFindsTheFirstRowThatMeetsIt) {
+TEST_P(RecordHelperTest, ACriterionFindsTheFirstRowThatMeetsIt) {
     Recordset devices = open("Select Loc, Device, Name From Dev");
     EXPECT_TRUE(records.FindRecord(devices, "Loc = 1 And Device = 8"));
     EXPECT_EQ(devices.field("Name").text(), "Lift");
@@ -89,7 +91,7 @@ TEST_F(RecordHelperTest, ACriterionFindsTheFirstRowThatMeetsIt) {
     EXPECT_EQ(devices.field("Name").text(), "Door") << "searched from the first row";
 }
 
-TEST_F(RecordHelperTest, ACriterionThatNothingMeetsLeavesTheEnd) {
+TEST_P(RecordHelperTest, ACriterionThatNothingMeetsLeavesTheEnd) {
     Recordset devices = open("Select Loc, Device, Name From Dev");
     EXPECT_FALSE(records.FindRecord(devices, "Loc = 9 And Device = 8"));
     EXPECT_TRUE(devices.atEnd());
@@ -97,7 +99,7 @@ TEST_F(RecordHelperTest, ACriterionThatNothingMeetsLeavesTheEnd) {
     EXPECT_FALSE(records.FindRecord(none, "Loc = 9"));
 }
 
-TEST_F(RecordHelperTest, ACriterionMeansWhatItWouldMeanInAStatement) {
+TEST_P(RecordHelperTest, ACriterionMeansWhatItWouldMeanInAStatement) {
     Recordset names = open("SELECT ID, LName, Visitor, Company FROM [Names] ORDER BY ID");
     const auto found = [&](const char* criterion) {
         return records.FindRecord(names, criterion) ? names.field("ID").asLong() : 0;
@@ -114,7 +116,7 @@ TEST_F(RecordHelperTest, ACriterionMeansWhatItWouldMeanInAStatement) {
     EXPECT_EQ(found("LName & '!' = 'kelvin!'"), 11);
 }
 
-TEST_F(RecordHelperTest, ACriterionThatIsNoneSaysWhere) {
+TEST_P(RecordHelperTest, ACriterionThatIsNoneSaysWhere) {
     Recordset devices = open("Select Loc, Device, Name From Dev");
     for (const auto& [criterion, text] : std::vector<std::pair<const char*, const char*>>{
              {"", "Position 1: expected a value, found the end of the statement"},
@@ -135,7 +137,7 @@ TEST_F(RecordHelperTest, ACriterionThatIsNoneSaysWhere) {
     }
 }
 
-TEST_F(RecordHelperTest, ACriterionComparesTextsWithNumbersAsNumbers) {
+TEST_P(RecordHelperTest, ACriterionComparesTextsWithNumbersAsNumbers) {
     Recordset cards = open("SELECT ID, Code, StartDate FROM Cards ORDER BY ID DESC");
     EXPECT_TRUE(records.FindRecord(cards, "Code = 12345678901234567890"));
     EXPECT_EQ(cards.field("ID").asLong(), 4);
@@ -145,7 +147,7 @@ TEST_F(RecordHelperTest, ACriterionComparesTextsWithNumbersAsNumbers) {
     EXPECT_EQ(cards.field("ID").asLong(), 4);
 }
 
-TEST_F(RecordHelperTest, FillsAListBoxFromTwoColumns) {
+TEST_P(RecordHelperTest, FillsAListBoxFromTwoColumns) {
     Recordset companies = open("SELECT Name, Company FROM Company WHERE LocGrp = 3 ORDER BY Name");
     KeptListBox list;
     list.addItem("old", 1);
@@ -154,14 +156,14 @@ TEST_F(RecordHelperTest, FillsAListBoxFromTwoColumns) {
     EXPECT_THROW(records.FillListBox(list, companies, "Name", "Nothing"), RunTimeError);
 }
 
-TEST_F(RecordHelperTest, PreparesCaptionsByNumberAndLeavesTheOthers) {
+TEST_P(RecordHelperTest, PreparesCaptionsByNumberAndLeavesTheOthers) {
     TwoCaptions form;
     records.PrepareForm(connection, form);
     EXPECT_EQ(form.first, "Alarm");
     EXPECT_EQ(form.second, "design");
 }
 
-TEST_F(RecordHelperTest, AClosedConnectionSaysSo) {
+TEST_P(RecordHelperTest, AClosedConnectionSaysSo) {
     ClosedConnection never;
     connection.Close();
     for (Connection* closed : std::initializer_list<Connection*>{&never, &connection}) {
@@ -175,19 +177,19 @@ TEST_F(RecordHelperTest, AClosedConnectionSaysSo) {
     }
 }
 
-TEST_F(RecordHelperTest, ARecordsetComesFromASelectOnlyAndAChangeFromNone) {
+TEST_P(RecordHelperTest, ARecordsetComesFromASelectOnlyAndAChangeFromNone) {
     EXPECT_THROW(open("DELETE FROM IO"), DatabaseError);
     EXPECT_THROW(records.ExecuteSQL("SELECT ID FROM IO", connection), DatabaseError);
     EXPECT_EQ(open("SELECT ID FROM IO").RecordCount(), 1U);
 }
 
-TEST_F(RecordHelperTest, ARecordsetOutlivesItsConnection) {
+TEST_P(RecordHelperTest, ARecordsetOutlivesItsConnection) {
     const Recordset rows = open("SELECT LName FROM [Names] WHERE ID = 4");
     connection.Close();
     EXPECT_EQ(rows.at(0, 0).text(), "O'Brien");
 }
 
-TEST_F(RecordHelperTest, ErrorsOfStatementsNeverQuoteTheirValues) {
+TEST_P(RecordHelperTest, ErrorsOfStatementsNeverQuoteTheirValues) {
     for (const char* sql : {"SELECT Nme FROM [Names] WHERE LName = 'Secretperson'",
                             "SELECT ID FROM [Names] WHERE LName = 'Secretperson' 'Secretperson'",
                             "SELECT ID FROM [Names] WHERE StartDate = 'Secretperson'",
@@ -203,9 +205,21 @@ TEST_F(RecordHelperTest, ErrorsOfStatementsNeverQuoteTheirValues) {
     }
 }
 
-TEST_F(RecordHelperTest, TextsThatAreNoUtf8AreMadeValid) {
+INSTANTIATE_TEST_SUITE_P(Engines, RecordHelperTest,
+                         ::testing::Values(TestEngine::Sqlite, TestEngine::Postgres),
+                         [](const auto& instance) { return nameOf(instance.param); });
+
+/// A database server takes no other texts than valid ones.
+TEST(RecordHelperOnAFile, MakesTextsValidThatAreNoUtf8) {
+    const SiteFolder site;
+    NoNotices notices;
+    RecordHelper records(notices);
+    const auto connection = openDatabase(site.database(), DatabaseAccess::ReadWrite);
     site.foreign("UPDATE Texts SET Text = CAST(x'41FF42' AS TEXT) WHERE Num = 204");
-    EXPECT_EQ(open("SELECT [Text] FROM Texts WHERE Num = 204").at(0, 0).text(), "A\uFFFDB");
+    EXPECT_EQ(records.OpenRecordset("SELECT [Text] FROM Texts WHERE Num = 204", *connection)
+                  .at(0, 0)
+                  .text(),
+              "A\uFFFDB");
 }
 
 } // namespace

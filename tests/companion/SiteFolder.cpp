@@ -1,6 +1,8 @@
 #include "companion/SiteFolder.h"
 
 #include "companion/SiteSchema.h"
+#include "companion/postgres/PostgresSchema.h"
+#include "support/PrivateCluster.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -23,7 +25,37 @@ void run(sqlite3* database, const std::string& sql) {
     }
 }
 
+/// The name of the database in the shared server that others are copies of.
+const std::string& postgresTemplate() {
+    static const std::string name = [] {
+        auto& cluster = testing::PrivateCluster::shared();
+        testing::runOnServer(cluster.textOf("postgres"), "CREATE DATABASE site TEMPLATE template0");
+        std::string sql;
+        for (const std::string& statement : postgres::functionStatements()) {
+            sql += statement + ";";
+        }
+        for (const TableDefinition& table : siteTables()) {
+            sql += postgres::createTableStatement(table) + ";";
+            for (const std::string& statement : postgres::createIndexStatements(table)) {
+                sql += statement + ";";
+            }
+        }
+        sql += testFile("data.sql");
+        for (const TableDefinition& table : siteTables()) {
+            const std::string keys = postgres::continueKeysStatement(table);
+            sql += keys.empty() ? "" : keys + ";";
+        }
+        testing::runOnServer(cluster.textOf("site"), sql);
+        return std::string("site");
+    }();
+    return name;
+}
+
 } // namespace
+
+std::string nameOf(TestEngine engine) {
+    return engine == TestEngine::Sqlite ? "Sqlite" : "Postgres";
+}
 
 std::string testFile(const std::string& name) {
     std::ifstream file(std::string(KINTAR_COMPANION_TESTS) + "/" + name, std::ios::binary);
@@ -35,13 +67,19 @@ std::string testFile(const std::string& name) {
     return text.str();
 }
 
-SiteFolder::SiteFolder() {
+SiteFolder::SiteFolder(TestEngine engine) : engine_(engine) {
     std::string pattern = (std::filesystem::temp_directory_path() / "kintar-site-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");
     }
     path_ = pattern;
     std::filesystem::create_directory(path_ + "/Data");
+    if (engine_ == TestEngine::Postgres) {
+        database_ = testing::PrivateCluster::shared().makeDatabase(postgresTemplate());
+        write("kintar3.ini", "[Site]\nDatabase=" + database_ + "\nData=Data\nTexts=Texts\n");
+        return;
+    }
+    database_ = path_ + "/site.db";
     write("kintar3.ini", "[Site]\nDatabase=site.db\nData=Data\nTexts=Texts\n");
     std::string statements = "BEGIN;";
     for (const std::string& statement : siteSchemaStatements()) {
@@ -53,9 +91,24 @@ SiteFolder::SiteFolder() {
 SiteFolder::~SiteFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
+    if (engine_ == TestEngine::Postgres) {
+        dropDatabase();
+    }
+}
+
+void SiteFolder::dropDatabase() const {
+    if (engine_ == TestEngine::Postgres) {
+        testing::PrivateCluster::shared().dropDatabase(database_);
+    } else {
+        std::filesystem::remove(database_);
+    }
 }
 
 void SiteFolder::foreign(const std::string& sql) const {
+    if (engine_ == TestEngine::Postgres) {
+        testing::runOnServer(database_, sql);
+        return;
+    }
     sqlite3* opened = nullptr;
     sqlite3_open(database().c_str(), &opened);
     const std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle(opened, sqlite3_close);

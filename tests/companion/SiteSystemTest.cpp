@@ -28,7 +28,7 @@ public:
     std::vector<std::string> reasons;
 };
 
-class SiteSystemTest : public testing::Test {
+class SiteSystemTest : public ::testing::TestWithParam<TestEngine> {
 protected:
     void create() {
         std::string path = site.path();
@@ -46,14 +46,14 @@ protected:
         return "no error";
     }
 
-    SiteFolder site;
+    SiteFolder site{GetParam()};
     KeptLog log;
     KeptNotices notices;
     SiteCompanion companion{log, notices};
     std::shared_ptr<TarnSys> system = companion.newSystem();
 };
 
-TEST_F(SiteSystemTest, CreateOpensTwoConnectionsAndKnowsTheDataFolder) {
+TEST_P(SiteSystemTest, CreateOpensTwoConnectionsAndKnowsTheDataFolder) {
     create();
     EXPECT_EQ(system->DataPath(), site.path() + "/Data");
     EXPECT_TRUE(system->DataConnection()->isOpen());
@@ -61,7 +61,7 @@ TEST_F(SiteSystemTest, CreateOpensTwoConnectionsAndKnowsTheDataFolder) {
     EXPECT_NE(system->DataConnection(), system->SetupConnection());
 }
 
-TEST_F(SiteSystemTest, ConnectionsAreClosedOneByOne) {
+TEST_P(SiteSystemTest, ConnectionsAreClosedOneByOne) {
     create();
     const auto data = system->DataConnection();
     data->Close();
@@ -70,14 +70,14 @@ TEST_F(SiteSystemTest, ConnectionsAreClosedOneByOne) {
     EXPECT_TRUE(system->SetupConnection()->isOpen());
 }
 
-TEST_F(SiteSystemTest, TheSetupConnectionOnlyReads) {
+TEST_P(SiteSystemTest, TheSetupConnectionOnlyReads) {
     create();
     EXPECT_THROW(companion.record().ExecuteSQL("DELETE FROM Texts", *system->SetupConnection()),
                  RunTimeError);
     EXPECT_EQ(system->GetText(204), "Search Names");
 }
 
-TEST_F(SiteSystemTest, BeforeCreateThereIsNoConnection) {
+TEST_P(SiteSystemTest, BeforeCreateThereIsNoConnection) {
     try {
         system->DataConnection();
         FAIL() << "no error";
@@ -87,34 +87,36 @@ TEST_F(SiteSystemTest, BeforeCreateThereIsNoConnection) {
     EXPECT_EQ(system->DataPath(), "");
 }
 
-TEST_F(SiteSystemTest, CreateSaysWhatIsMissing) {
+TEST_P(SiteSystemTest, CreateSaysWhatIsMissing) {
     EXPECT_THAT(createError(""), HasSubstr("no site folder"));
     EXPECT_THAT(createError(site.path() + "/Data"), HasSubstr("kintar3.ini is missing"));
     std::filesystem::remove(site.path() + "/Data");
     EXPECT_THAT(createError(site.path()), HasSubstr("no data folder"));
     std::filesystem::create_directory(site.path() + "/Data");
-    std::filesystem::remove(site.database());
-    EXPECT_THAT(createError(site.path()), HasSubstr("no database file"));
+    site.dropDatabase();
+    EXPECT_THAT(createError(site.path()), GetParam() == TestEngine::Sqlite
+                                              ? HasSubstr("no database file")
+                                              : HasSubstr("cannot be reached"));
     EXPECT_FALSE(std::filesystem::exists(site.database())) << "nothing is made in its place";
 }
 
-TEST_F(SiteSystemTest, TextsComeByNumber) {
+TEST_P(SiteSystemTest, TextsComeByNumber) {
     create();
     EXPECT_EQ(system->GetText(456), "Alarm");
     EXPECT_EQ(system->GetText(999), "");
     EXPECT_EQ(system->GetText(10001), "") << "a Null is no text";
 }
 
-TEST_F(SiteSystemTest, ASiteMayNameAnotherTableOfTexts) {
+TEST_P(SiteSystemTest, ASiteMayNameAnotherTableOfTexts) {
     site.foreign("CREATE TABLE Texte (Num INTEGER PRIMARY KEY, Text TEXT);"
                  "INSERT INTO Texte VALUES (456, 'Alarm!')");
-    site.write("kintar3.ini", "[Site]\nTexts=Texte\n");
+    site.write("kintar3.ini", "[Site]\nDatabase=" + site.database() + "\nTexts=Texte\n");
     create();
     EXPECT_EQ(system->GetText(456), "Alarm!");
     EXPECT_EQ(system->GetText(204), "");
 }
 
-TEST_F(SiteSystemTest, ATextThatCannotBeReadIsEmptyAndReported) {
+TEST_P(SiteSystemTest, ATextThatCannotBeReadIsEmptyAndReported) {
     create();
     site.foreign("DROP TABLE Texts");
     EXPECT_EQ(system->GetText(204), "");
@@ -123,14 +125,14 @@ TEST_F(SiteSystemTest, ATextThatCannotBeReadIsEmptyAndReported) {
     EXPECT_THAT(log.lines.front(), HasSubstr("unknown table Texts"));
 }
 
-TEST_F(SiteSystemTest, AProfileWithAllMenusHasEveryRight) {
+TEST_P(SiteSystemTest, AProfileWithAllMenusHasEveryRight) {
     create();
     system->SetOperator(1);
     EXPECT_TRUE(system->HasRight("L3M2"));
     EXPECT_TRUE(system->HasRight("L99M12345"));
 }
 
-TEST_F(SiteSystemTest, ARightHoldsForTheLocationsOfItsGroup) {
+TEST_P(SiteSystemTest, ARightHoldsForTheLocationsOfItsGroup) {
     create();
     system->SetOperator(2);
     EXPECT_TRUE(system->HasRight("L3M2")) << "location 1 is of group 3";
@@ -139,7 +141,7 @@ TEST_F(SiteSystemTest, ARightHoldsForTheLocationsOfItsGroup) {
     EXPECT_FALSE(system->HasRight("L3M3"));
 }
 
-TEST_F(SiteSystemTest, WithoutAnOperatorOrProfileThereIsNoRight) {
+TEST_P(SiteSystemTest, WithoutAnOperatorOrProfileThereIsNoRight) {
     create();
     for (const std::int32_t nobody : {0, 3, 4, 5, 99}) {
         system->SetOperator(nobody);
@@ -147,7 +149,7 @@ TEST_F(SiteSystemTest, WithoutAnOperatorOrProfileThereIsNoRight) {
     }
 }
 
-TEST_F(SiteSystemTest, WhatIsNotWrittenAsARightIsNone) {
+TEST_P(SiteSystemTest, WhatIsNotWrittenAsARightIsNone) {
     create();
     system->SetOperator(1);
     for (const char* name : {"", "L", "L3", "L3M", "M2", "L3M2 ", " L3M2", "l3m2", "L3M2x", "LxM2",
@@ -156,7 +158,7 @@ TEST_F(SiteSystemTest, WhatIsNotWrittenAsARightIsNone) {
     }
 }
 
-TEST_F(SiteSystemTest, TheCompanyFilterListsTheOperatorsCompaniesAndNobodys) {
+TEST_P(SiteSystemTest, TheCompanyFilterListsTheOperatorsCompaniesAndNobodys) {
     create();
     system->SetOperator(2);
     EXPECT_EQ(system->CompanyFilter("[Names].Company", 3, true),
@@ -164,7 +166,7 @@ TEST_F(SiteSystemTest, TheCompanyFilterListsTheOperatorsCompaniesAndNobodys) {
     EXPECT_EQ(system->CompanyFilter("Company", 3, true), " AND Company IN (0, 2, 4)");
 }
 
-TEST_F(SiteSystemTest, WithoutCompaniesOfTheOperatorNothingIsRestricted) {
+TEST_P(SiteSystemTest, WithoutCompaniesOfTheOperatorNothingIsRestricted) {
     create();
     system->SetOperator(2);
     EXPECT_EQ(system->CompanyFilter("[Names].Company", 4, true), "");
@@ -172,23 +174,23 @@ TEST_F(SiteSystemTest, WithoutCompaniesOfTheOperatorNothingIsRestricted) {
     EXPECT_EQ(system->CompanyFilter("[Names].Company", 3, true), "");
 }
 
-TEST_F(SiteSystemTest, AReportHoldsNumberRoutineAndTextOnOneLine) {
+TEST_P(SiteSystemTest, AReportHoldsNumberRoutineAndTextOnOneLine) {
     system->ReportError(91, "Object variable not set\r\nobjInRpt/Create", 2);
     EXPECT_THAT(log.lines, ElementsAre("error 91 in objInRpt/Create: Object variable not set "
                                        "(kind 2)"));
 }
 
-TEST_F(SiteSystemTest, AReportWithoutARoutineSaysSo) {
+TEST_P(SiteSystemTest, AReportWithoutARoutineSaysSo) {
     system->ReportError(5, "", 2);
     EXPECT_THAT(log.lines, ElementsAre("error 5 in unknown routine:  (kind 2)"));
 }
 
-TEST_F(SiteSystemTest, AnEmptyVersionIsRefused) {
+TEST_P(SiteSystemTest, AnEmptyVersionIsRefused) {
     EXPECT_THROW(system->SetVersion(""), RunTimeError);
     system->SetVersion("4.4.12");
 }
 
-TEST_F(SiteSystemTest, AFailedWriteIsAnnounced) {
+TEST_P(SiteSystemTest, AFailedWriteIsAnnounced) {
     create();
     companion.record().ExecuteSQL("DELETE FROM Skills", *system->DataConnection());
     EXPECT_THAT(notices.reasons, IsEmpty());
@@ -196,8 +198,14 @@ TEST_F(SiteSystemTest, AFailedWriteIsAnnounced) {
         companion.record().ExecuteSQL("INSERT INTO IO (ID) VALUES (12)", *system->DataConnection()),
         RunTimeError);
     ASSERT_EQ(notices.reasons.size(), 1U);
-    EXPECT_THAT(notices.reasons.front(), HasSubstr("UNIQUE constraint failed: IO.ID"));
+    EXPECT_THAT(notices.reasons.front(), GetParam() == TestEngine::Sqlite
+                                             ? HasSubstr("UNIQUE constraint failed: IO.ID")
+                                             : HasSubstr("io_pkey of io"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, SiteSystemTest,
+                         ::testing::Values(TestEngine::Sqlite, TestEngine::Postgres),
+                         [](const auto& instance) { return nameOf(instance.param); });
 
 TEST(PlainLine, HasNoLineBreaksAndNoControlCharacters) {
     EXPECT_EQ(plainLine("a\r\nb\x1b[2Jc\td"), "a b [2Jc d");

@@ -4,6 +4,8 @@
 //     the statement, on one or more lines
 //     => sqlite
 //     what the engine gets
+//     => postgres
+//     the same for the other engine
 //     => values
 //     what was lifted, a value a line
 //     => rows
@@ -13,9 +15,9 @@
 //
 // Every part is optional, but a case shows something.
 #include "companion/Explain.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteFolder.h"
 #include "companion/dialect/Parser.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <algorithm>
 #include <cctype>
@@ -111,28 +113,39 @@ std::string rowsOf(const Recordset& rows) {
     return text;
 }
 
-class StatementCase : public testing::TestWithParam<Case> {
+class StatementCase : public ::testing::TestWithParam<std::tuple<TestEngine, Case>> {
 protected:
-    void SetUp() override { ASSERT_FALSE(GetParam().parts.empty()) << "shows nothing"; }
+    void SetUp() override { ASSERT_FALSE(shownCase().parts.empty()) << "shows nothing"; }
 
-    static std::string part(const std::string& name) { return GetParam().parts.at(name); }
-    static bool has(const std::string& name) { return GetParam().parts.contains(name); }
+    static const Case& shownCase() { return std::get<Case>(GetParam()); }
+    static TestEngine engine() { return std::get<TestEngine>(GetParam()); }
+    static std::string engineName() {
+        return engine() == TestEngine::Sqlite ? "sqlite" : "postgres";
+    }
+    static std::string part(const std::string& name) { return shownCase().parts.at(name); }
+    static bool has(const std::string& name) { return shownCase().parts.contains(name); }
+    /// A site that statements which only read may share.
+    static const SiteFolder& sharedSite() {
+        static const SiteFolder sqlite(TestEngine::Sqlite);
+        static const SiteFolder postgres(TestEngine::Postgres);
+        return engine() == TestEngine::Sqlite ? sqlite : postgres;
+    }
 };
 
 TEST_P(StatementCase, IsWrittenForTheEngine) {
-    const std::string& sql = GetParam().statement;
+    const std::string& sql = shownCase().statement;
     if (has("error")) {
         try {
-            explainDialect(sql, "sqlite");
+            explainDialect(sql, engineName());
             FAIL() << "no error";
         } catch (const DatabaseError& error) {
             EXPECT_EQ(std::string(error.what()), part("error"));
         }
         return;
     }
-    const Explained explained = explainDialect(sql, "sqlite");
-    if (has("sqlite")) {
-        EXPECT_EQ(explained.text, part("sqlite"));
+    const Explained explained = explainDialect(sql, engineName());
+    if (has(engineName())) {
+        EXPECT_EQ(explained.text, part(engineName()));
     }
     if (has("values")) {
         EXPECT_EQ(valuesOf(explained), part("values"));
@@ -140,39 +153,48 @@ TEST_P(StatementCase, IsWrittenForTheEngine) {
 }
 
 TEST_P(StatementCase, GivesItsRowsOrItsErrorOnASite) {
-    const SiteFolder site;
-    sqlite::SqliteConnection connection(site.database(), sqlite::Access::ReadWrite);
-    const std::string& sql = GetParam().statement;
-    if (has("error")) {
-        EXPECT_THROW(connection.translate(sql), DatabaseError);
-    } else if (explainDialect(sql, "sqlite").columns.empty()) {
-        connection.execute(sql);
+    const std::string& sql = shownCase().statement;
+    if (!has("error") && explainDialect(sql, engineName()).columns.empty()) {
+        const SiteFolder site(engine());
+        const auto connection = openDatabase(site.database(), DatabaseAccess::ReadWrite);
+        connection->execute(sql);
         // A statement that writes shows what it wrote.
         EXPECT_TRUE(has("after"));
         const std::string after = part("after");
         const std::size_t end = after.find('\n');
-        EXPECT_EQ(rowsOf(connection.open(after.substr(0, end))),
+        EXPECT_EQ(rowsOf(connection->open(after.substr(0, end))),
                   end == std::string::npos ? "" : after.substr(end + 1));
+        return;
+    }
+    const auto connection = openDatabase(sharedSite().database(), DatabaseAccess::ReadOnly);
+    if (has("error")) {
+        EXPECT_THROW(connection->translate(sql), DatabaseError);
     } else {
-        EXPECT_EQ(rowsOf(connection.open(sql)), has("rows") ? part("rows") : "");
+        EXPECT_EQ(rowsOf(connection->open(sql)), has("rows") ? part("rows") : "");
         // The second run comes from the cache, with the same result.
-        EXPECT_EQ(rowsOf(connection.open(sql)), has("rows") ? part("rows") : "");
+        EXPECT_EQ(rowsOf(connection->open(sql)), has("rows") ? part("rows") : "");
     }
 }
 
 TEST_P(StatementCase, PrintedAndParsedAgainGivesTheSameTree) {
     if (has("error")) {
-        EXPECT_THROW(explainDialect(GetParam().statement, "sqlite"), DatabaseError);
+        EXPECT_THROW(explainDialect(shownCase().statement, engineName()), DatabaseError);
         return;
     }
-    const std::string printed = dialect::parseStatement(GetParam().statement).print();
+    const std::string printed = dialect::parseStatement(shownCase().statement).print();
     EXPECT_EQ(dialect::parseStatement(printed).print(), printed);
-    EXPECT_EQ(explainDialect(printed, "sqlite").text,
-              explainDialect(GetParam().statement, "sqlite").text);
+    EXPECT_EQ(explainDialect(printed, engineName()).text,
+              explainDialect(shownCase().statement, engineName()).text);
 }
 
-INSTANTIATE_TEST_SUITE_P(Dialect, StatementCase, testing::ValuesIn(allCases()),
-                         [](const auto& instance) { return instance.param.name; });
+INSTANTIATE_TEST_SUITE_P(Dialect, StatementCase,
+                         ::testing::Combine(::testing::Values(TestEngine::Sqlite,
+                                                              TestEngine::Postgres),
+                                            ::testing::ValuesIn(allCases())),
+                         [](const auto& instance) {
+                             return nameOf(std::get<0>(instance.param)) + "_" +
+                                    std::get<1>(instance.param).name;
+                         });
 
 TEST(StatementCases, AreBrokenStatementsByHalf) {
     const std::vector<Case> cases = allCases();

@@ -3,9 +3,9 @@
 #include "search/NameQuery.h"
 
 #include "base/RunTimeError.h"
+#include "companion/OpenDatabase.h"
 #include "companion/RecordHelper.h"
 #include "companion/SiteFolder.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ public:
     void writeFailed(const std::string& /*what*/) override {}
 };
 
-class NameQueryRows : public ::testing::Test {
+class NameQueryRows : public ::testing::TestWithParam<companion::TestEngine> {
 protected:
     std::string statement(const NameCriteria& criteria) {
         return LoadNames(criteria,
@@ -36,9 +36,10 @@ protected:
         return texts;
     }
 
-    companion::SiteFolder site;
-    companion::sqlite::SqliteConnection connection{site.database(),
-                                                   companion::sqlite::Access::ReadOnly};
+    companion::SiteFolder site{GetParam()};
+    std::unique_ptr<companion::DatabaseConnection> opened =
+        companion::openDatabase(site.database(), companion::DatabaseAccess::ReadOnly);
+    companion::DatabaseConnection& connection = *opened;
     NoNotices notices;
     companion::RecordHelper helper{notices};
     std::string filter;
@@ -49,14 +50,14 @@ NameCriteria criteria(const std::string& lastName, const std::string& firstName 
     return {.locGrp = locGrp, .mode = mode, .lastName = lastName, .firstName = firstName};
 }
 
-TEST_F(NameQueryRows, EmptyBoxesListTheGroupInTheOrderOfNames) {
+TEST_P(NameQueryRows, EmptyBoxesListTheGroupInTheOrderOfNames) {
     EXPECT_EQ(found(criteria("")),
               (Texts{"Kelvin, Lord", "O'Brien, Zoë", "ſmall, Ulf", "smith, jane", "Smith, John",
                      "SMYTHE, Ann", "ΠΑΠΑΔΆΚΗΣ, ΆΝΝΑ", "Παπαδόπουλος, Γιώργος", "Иванов, Иван",
                      "ИВАНОВА, Анна"}));
 }
 
-TEST_F(NameQueryRows, CaseIsIgnoredInEveryScript) {
+TEST_P(NameQueryRows, CaseIsIgnoredInEveryScript) {
     EXPECT_EQ(found(criteria("sM")),
               (Texts{"ſmall, Ulf", "smith, jane", "Smith, John", "SMYTHE, Ann"}));
     EXPECT_EQ(found(criteria("παΠ")), (Texts{"ΠΑΠΑΔΆΚΗΣ, ΆΝΝΑ", "Παπαδόπουλος, Γιώργος"}));
@@ -64,30 +65,30 @@ TEST_F(NameQueryRows, CaseIsIgnoredInEveryScript) {
     EXPECT_EQ(found(criteria("", "zOË")), Texts{"O'Brien, Zoë"});
 }
 
-TEST_F(NameQueryRows, ANameWithoutACompanyIsListedAndItsCompanyIsEmpty) {
+TEST_P(NameQueryRows, ANameWithoutACompanyIsListedAndItsCompanyIsEmpty) {
     EXPECT_EQ(found(criteria("smith", "jane")), Texts{"smith, jane"});
     EXPECT_EQ(found(criteria("smith", "jane"), 3), Texts{""});
     EXPECT_EQ(found(criteria("ΠΑΠΑΔΆ"), 3), Texts{""}); // its company has no row
 }
 
-TEST_F(NameQueryRows, VisitorsAndTracesAreTrueFalseOrNothing) {
+TEST_P(NameQueryRows, VisitorsAndTracesAreTrueFalseOrNothing) {
     EXPECT_EQ(found(criteria("smith", "jane"), 1), Texts{"True"});
     EXPECT_EQ(found(criteria("smythe"), 2), Texts{"True"});
     EXPECT_EQ(found(criteria("", "Nemo", 0, 4), 1), Texts{""});
 }
 
-TEST_F(NameQueryRows, ANameWithSeveralGuardTourCardsIsListedOnceInModeTwo) {
+TEST_P(NameQueryRows, ANameWithSeveralGuardTourCardsIsListedOnceInModeTwo) {
     EXPECT_EQ(found(criteria("", "", 2)), (Texts{"smith, jane", "Smith, John"}));
     EXPECT_EQ(found(criteria("", "", 2), 3), (Texts{"", "Zeta"}));
     EXPECT_EQ(found(criteria("x", "", 2)), Texts{});
 }
 
-TEST_F(NameQueryRows, EqualNamesAreEachListed) {
+TEST_P(NameQueryRows, EqualNamesAreEachListed) {
     site.foreign("INSERT INTO Names VALUES (30, 'Smith', 'John', 3, NULL, 0, 0)");
     EXPECT_EQ(found(criteria("smith", "john")), (Texts{"Smith, John", "Smith, John"}));
 }
 
-TEST_F(NameQueryRows, WildcardsKeepTheirMeaningAndQuotesHaveNone) {
+TEST_P(NameQueryRows, WildcardsKeepTheirMeaningAndQuotesHaveNone) {
     const auto inFour = [this](const std::string& lastName) {
         return found(criteria(lastName, "", 0, 4));
     };
@@ -100,7 +101,7 @@ TEST_F(NameQueryRows, WildcardsKeepTheirMeaningAndQuotesHaveNone) {
     EXPECT_EQ(inFour("%slash"), Texts{"back\\slash, x"});
 }
 
-TEST_F(NameQueryRows, HostileTextFindsNothingAndHarmsNothing) {
+TEST_P(NameQueryRows, HostileTextFindsNothingAndHarmsNothing) {
     EXPECT_EQ(found(criteria(std::string("Smi\0th", 6))), Texts{});
     EXPECT_EQ(found(criteria(std::string(60000, 'x'))), Texts{});
     EXPECT_THROW(found(criteria(std::string(100000, 'x'))), RunTimeError);
@@ -108,12 +109,21 @@ TEST_F(NameQueryRows, HostileTextFindsNothingAndHarmsNothing) {
     EXPECT_EQ(found(criteria("")).size(), 10U);
 }
 
-TEST_F(NameQueryRows, TheCompanyRestrictionLimitsTheRows) {
+TEST_P(NameQueryRows, TheCompanyRestrictionLimitsTheRows) {
     filter = " AND [Names].Company IN (0, 2)";
     EXPECT_EQ(found(criteria("")), Texts{"SMYTHE, Ann"});
 }
 
-TEST_F(NameQueryRows, APrefixIsARangeOfAnIndex) {
+INSTANTIATE_TEST_SUITE_P(Engines, NameQueryRows,
+                         ::testing::Values(companion::TestEngine::Sqlite,
+                                           companion::TestEngine::Postgres),
+                         [](const auto& instance) { return nameOf(instance.param); });
+
+/// The embedded engine goes by the figures of a large site, a server by what there is.
+class NameQueryPlan : public NameQueryRows {};
+INSTANTIATE_TEST_SUITE_P(Engines, NameQueryPlan, ::testing::Values(companion::TestEngine::Sqlite));
+
+TEST_P(NameQueryPlan, APrefixIsARangeOfAnIndex) {
     std::string plan;
     for (const std::string& step : connection.plan(statement(criteria("smi")))) {
         plan += step + "\n";

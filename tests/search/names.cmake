@@ -11,6 +11,6 @@ kintar_test(search_windows_test
 
 kintar_test(search_rows_test
     SOURCES NameQueryRowsTest.cpp ../companion/SiteFolder.cpp
-    LINK kintar_search kintar_companion)
+    LINK kintar_search kintar_companion kintar_cluster)
 target_compile_definitions(search_rows_test PRIVATE
     KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")

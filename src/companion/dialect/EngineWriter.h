@@ -24,6 +24,8 @@ struct Parameter {
         ApproximateHigh,
         SearchLow, ///< the lower bound of the `part`th range of a text search
         SearchHigh,
+        LikeForm,    ///< a pattern over folded text, as SQL's own LIKE takes it
+        RegularForm, ///< a pattern over folded text, as a regular expression
     };
     std::size_t literal = 0;
     Use use = Use::Value;

@@ -19,7 +19,6 @@ public:
     /// Whether the pattern is its prefix, without anything to vary.
     [[nodiscard]] bool isPlain() const { return elements_.size() == prefix_.size(); }
 
-private:
     enum class Kind : unsigned char { Character, AnyOne, AnyMany, Set };
     struct Range {
         char32_t first;
@@ -27,11 +26,14 @@ private:
     };
     struct Element {
         Kind kind = Kind::Character;
-        char32_t character = 0;
+        char32_t character = 0; ///< folded
         bool negated = false;
-        std::vector<Range> ranges;
+        std::vector<Range> ranges; ///< as written, letter case kept
     };
+    /// What a text must hold, from its first character to its last.
+    [[nodiscard]] const std::vector<Element>& elements() const { return elements_; }
 
+private:
     std::size_t readSet(const std::u32string& pattern, std::size_t open);
     [[nodiscard]] static bool inSet(const Element& set, char32_t character);
     [[nodiscard]] static bool matchesOne(const Element& element, char32_t folded);

@@ -300,6 +300,8 @@ ParameterValue SqliteWriter::valueOf(const Parameter& parameter,
         return approximate(literal.real(), true);
     case Parameter::Use::SearchLow:
     case Parameter::Use::SearchHigh:
+    case Parameter::Use::LikeForm:
+    case Parameter::Use::RegularForm:
         break;
     }
     return searchBound(parameter, literal);

@@ -47,18 +47,6 @@ std::vector<std::u32string> spelledPrefixes(std::u32string_view prefix, std::siz
     return spelled;
 }
 
-/// The first text behind all that begin with `prefix`; empty where there is none.
-std::string behind(std::u32string prefix) {
-    while (!prefix.empty() && prefix.back() == lastCodePoint) {
-        prefix.pop_back();
-    }
-    if (!prefix.empty()) {
-        char32_t& last = prefix.back();
-        last = last + 1 == firstSurrogate ? lastSurrogate + 1 : last + 1;
-    }
-    return utf8(prefix);
-}
-
 std::vector<TextRange> rangesOf(std::u32string_view prefix, bool whole) {
     std::size_t used = 0;
     const std::vector<std::u32string> spelled = spelledPrefixes(prefix, used);
@@ -68,7 +56,7 @@ std::vector<TextRange> rangesOf(std::u32string_view prefix, bool whole) {
     const bool exact = whole && used == prefix.size();
     std::vector<TextRange> ranges;
     for (const std::u32string& start : spelled) {
-        ranges.push_back({utf8(start), exact ? std::string() : behind(start)});
+        ranges.push_back({utf8(start), exact ? std::string() : behindPrefix(start)});
         if (!exact && ranges.back().high.empty()) {
             return {};
         }
@@ -77,6 +65,17 @@ std::vector<TextRange> rangesOf(std::u32string_view prefix, bool whole) {
 }
 
 } // namespace
+
+std::string behindPrefix(std::u32string prefix) {
+    while (!prefix.empty() && prefix.back() == lastCodePoint) {
+        prefix.pop_back();
+    }
+    if (!prefix.empty()) {
+        char32_t& last = prefix.back();
+        last = last + 1 == firstSurrogate ? lastSurrogate + 1 : last + 1;
+    }
+    return utf8(prefix);
+}
 
 std::vector<TextRange> rangesOfPattern(std::string_view pattern) {
     const LikePattern like(pattern);

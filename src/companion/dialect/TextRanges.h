@@ -25,4 +25,7 @@ std::vector<TextRange> rangesOfPattern(std::string_view pattern);
 /// The same for every text equal to `text` without regard to letter case.
 std::vector<TextRange> rangesOfText(std::string_view text);
 
+/// The first text behind all that begin with `prefix`, by code points; empty where there is none.
+std::string behindPrefix(std::u32string prefix);
+
 } // namespace kintar::companion::dialect

@@ -1,9 +1,9 @@
 #include "companion/sqlite/SqliteConnection.h"
 
+#include "companion/AsideRead.h"
 #include "companion/dialect/Parser.h"
 #include "companion/dialect/Resolver.h"
 #include "companion/dialect/Rewriter.h"
-#include "companion/sqlite/AsideRead.h"
 #include "companion/sqlite/SchemaReader.h"
 #include "companion/sqlite/SqliteFunctions.h"
 

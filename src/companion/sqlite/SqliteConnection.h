@@ -34,21 +34,16 @@ public:
     std::vector<std::string> plan(std::string_view sql) override;
     std::shared_ptr<void> Snapshot() override;
 
-    /// Statements fail soon after `stop` has become true; null: no more. It must outlive that.
-    void stopWhen(const std::atomic<bool>* stop);
-    /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
-    /// of the data. Throws DatabaseError.
-    void beginRead();
-    /// No error, also where nothing was begun.
-    void endRead() noexcept;
+    void stopWhen(const std::atomic<bool>* stop) override;
+    void beginRead() override;
+    void endRead() noexcept override;
+    dialect::Translation translate(std::string_view sql) override;
+    [[nodiscard]] const Catalog& catalog() const override { return *catalog_; }
+    [[nodiscard]] std::string_view engine() const override { return writer_.engine(); }
     /// What is executed from here on becomes real at `commit`, or not at all.
     void begin();
     void commit();
 
-    /// What the engine gets for a statement.
-    dialect::Translation translate(std::string_view sql);
-    /// The tables as they were when last read.
-    [[nodiscard]] const Catalog& catalog() const { return *catalog_; }
     /// The engine's own handle, for measuring beside it; null once closed.
     [[nodiscard]] sqlite3* handle() const { return database_.get(); }
     [[nodiscard]] std::size_t knownShapes() const { return cache_.size(); }

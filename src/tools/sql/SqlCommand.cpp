@@ -1,16 +1,16 @@
 #include "tools/sql/SqlCommand.h"
 
 #include "companion/Explain.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteSettings.h"
-#include "companion/sqlite/SqliteConnection.h"
 #include "tools/sql/RowsOutput.h"
 
 namespace kintar::tools {
 
 namespace {
 
-using companion::sqlite::Access;
-using companion::sqlite::SqliteConnection;
+using companion::DatabaseAccess;
+using companion::DatabaseConnection;
 
 std::string shown(const companion::LiftedValue& value) {
     if (const auto* whole = std::get_if<std::int64_t>(&value)) {
@@ -38,19 +38,20 @@ std::string shown(const companion::dialect::ParameterValue& value) {
     return text != nullptr ? companion::dialect::textLiteral(*text) : "Null";
 }
 
-void explain(SqliteConnection& connection, const std::string& statement, std::ostream& out) {
+void explain(DatabaseConnection& connection, const std::string& statement, std::ostream& out) {
     const auto plan = connection.plan(statement); // also brings the catalog up to date
     const companion::Explained explained =
-        companion::explainDialect(statement, "sqlite", connection.catalog());
+        companion::explainDialect(statement, connection.engine(), connection.catalog());
+    const std::string mark = connection.engine() == "sqlite" ? "  ?" : "  $";
     out << "The engine gets:\n  " << explained.text << "\n";
     std::size_t number = 0;
     out << "Values lifted from the statement:\n";
     for (const auto& value : explained.values) {
-        out << "  ?" << ++number << " = " << shown(value) << "\n";
+        out << mark << ++number << " = " << shown(value) << "\n";
     }
     out << "Values made from them:\n";
     for (const auto& value : explained.derived) {
-        out << "  ?" << ++number << " = " << shown(value) << "\n";
+        out << mark << ++number << " = " << shown(value) << "\n";
     }
     out << "Plan:\n";
     for (const std::string& line : plan) {
@@ -76,8 +77,9 @@ void writeRows(const Recordset& rows, RowsFormat format, std::ostream& out) {
 
 void runSql(const SqlRequest& request, std::ostream& out) {
     const auto settings = companion::SiteSettings::read(request.site);
-    SqliteConnection connection(settings.database,
-                                request.write ? Access::ReadWrite : Access::ReadOnly);
+    const auto opened = companion::openDatabase(
+        settings.database, request.write ? DatabaseAccess::ReadWrite : DatabaseAccess::ReadOnly);
+    DatabaseConnection& connection = *opened;
     if (request.explain) {
         explain(connection, request.statement, out);
         return;

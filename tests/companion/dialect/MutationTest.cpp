@@ -1,9 +1,9 @@
 // Statements broken at random, the same ones every time: nothing crashes, everything is either a
 // statement or an error of ours.
 #include "companion/Explain.h"
+#include "companion/OpenDatabase.h"
 #include "companion/SiteFolder.h"
 #include "companion/dialect/Parser.h"
-#include "companion/sqlite/SqliteConnection.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -87,6 +87,7 @@ TEST(MutatedStatements, AreStatementsOrErrorsOfOurs) {
         try {
             const std::string text = explainDialect(sql, "sqlite").text;
             EXPECT_FALSE(text.empty());
+            EXPECT_FALSE(explainDialect(sql, "postgres").text.empty());
             const std::string printed = parseStatement(sql).print();
             EXPECT_EQ(parseStatement(printed).print(), printed) << sql;
             ++good;
@@ -99,9 +100,11 @@ TEST(MutatedStatements, AreStatementsOrErrorsOfOurs) {
     EXPECT_GT(broken, 1000);
 }
 
-TEST(MutatedStatements, ThatAreWrittenForTheEngineAreTakenByIt) {
-    const SiteFolder site;
-    sqlite::SqliteConnection connection(site.database(), sqlite::Access::ReadOnly);
+class WrittenStatements : public ::testing::TestWithParam<TestEngine> {};
+
+TEST_P(WrittenStatements, AreTakenByTheEngine) {
+    const SiteFolder site(GetParam());
+    const auto connection = openDatabase(site.database(), DatabaseAccess::ReadOnly);
     const std::vector<std::string> statements = seeds();
     Mutator mutator(17);
     int ran = 0;
@@ -109,7 +112,7 @@ TEST(MutatedStatements, ThatAreWrittenForTheEngineAreTakenByIt) {
         const std::string sql =
             mutator.mutate(statements[mutator.pick(statements.size())], statements);
         try {
-            connection.open(sql);
+            connection->open(sql);
             ++ran;
         } catch (const DatabaseError& error) {
             // The engine itself has nothing to say against what we write for it.
@@ -118,6 +121,10 @@ TEST(MutatedStatements, ThatAreWrittenForTheEngineAreTakenByIt) {
     }
     EXPECT_GT(ran, 100);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, WrittenStatements,
+                         ::testing::Values(TestEngine::Sqlite, TestEngine::Postgres),
+                         [](const auto& instance) { return nameOf(instance.param); });
 
 } // namespace
 } // namespace kintar::companion::dialect

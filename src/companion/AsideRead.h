@@ -10,16 +10,16 @@
 #include <string>
 #include <thread>
 
-namespace kintar::companion::sqlite {
+namespace kintar::companion {
 
-class SqliteConnection;
+class DatabaseConnection;
 
 /// Reads on a connection that nothing else uses meanwhile. What is asked to stop stops at the
 /// engine's next look, within milliseconds.
 class AsideRead final : public PendingRecordset {
 public:
     /// `ended` is called on the thread that reads.
-    AsideRead(std::shared_ptr<SqliteConnection> connection, std::string sql,
+    AsideRead(std::shared_ptr<DatabaseConnection> connection, std::string sql,
               std::function<void()> ended);
     ~AsideRead() override;
 
@@ -29,11 +29,11 @@ public:
 private:
     void read(const std::string& sql, const std::function<void()>& ended);
 
-    std::shared_ptr<SqliteConnection> connection_;
+    std::shared_ptr<DatabaseConnection> connection_;
     std::atomic<bool> stop_ = false;
     std::promise<Recordset> promise_;
     std::future<Recordset> rows_;
     std::thread thread_;
 };
 
-} // namespace kintar::companion::sqlite
+} // namespace kintar::companion

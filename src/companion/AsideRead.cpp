@@ -1,12 +1,12 @@
-#include "companion/sqlite/AsideRead.h"
+#include "companion/AsideRead.h"
 
-#include "companion/sqlite/SqliteConnection.h"
+#include "companion/DatabaseConnection.h"
 
 #include <utility>
 
-namespace kintar::companion::sqlite {
+namespace kintar::companion {
 
-AsideRead::AsideRead(std::shared_ptr<SqliteConnection> connection, std::string sql,
+AsideRead::AsideRead(std::shared_ptr<DatabaseConnection> connection, std::string sql,
                      std::function<void()> ended)
     : connection_(std::move(connection)), rows_(promise_.get_future()),
       thread_([this, sql = std::move(sql), ended = std::move(ended)] { read(sql, ended); }) {}
@@ -38,4 +38,4 @@ void AsideRead::read(const std::string& sql, const std::function<void()>& ended)
     ended();
 }
 
-} // namespace kintar::companion::sqlite
+} // namespace kintar::companion

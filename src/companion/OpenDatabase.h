@@ -1,0 +1,16 @@
+// A site's database, whichever engine it needs.
+#pragma once
+
+#include "companion/DatabaseConnection.h"
+
+#include <memory>
+#include <string>
+
+namespace kintar::companion {
+
+/// Opens what a site's settings name: a file of the embedded engine, or the connection text of a
+/// database server. Throws DatabaseError.
+std::unique_ptr<DatabaseConnection> openDatabase(const std::string& database,
+                                                 DatabaseAccess access);
+
+} // namespace kintar::companion

@@ -1,0 +1,180 @@
+#include "support/PrivateCluster.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <libpq-fe.h>
+#include <memory>
+#include <poll.h>
+#include <pwd.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace kintar::testing {
+
+namespace {
+
+constexpr const char* unprivileged = "nobody";
+constexpr const char* owner = "kintar";
+
+/// The server refuses to run as root. The signal at our own death leaves no server behind a test
+/// that crashed.
+std::vector<std::string> asServer(const std::string& program, std::vector<std::string> arguments) {
+    std::vector<std::string> command{"setpriv", "--pdeathsig=QUIT"};
+    if (geteuid() == 0) {
+        command.insert(command.end(), {std::string("--reuid=") + unprivileged, "--regid=nogroup",
+                                       "--clear-groups"});
+    }
+    command.push_back(std::string(KINTAR_POSTGRES_PROGRAMS) + "/" + program);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
+pid_t spawn(const std::vector<std::string>& command, const std::string& log) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const int out = open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0666);
+        dup2(out, STDOUT_FILENO);
+        dup2(out, STDERR_FILENO);
+        std::vector<char*> words;
+        for (const std::string& word : command) {
+            words.push_back(const_cast<char*>(word.c_str()));
+        }
+        words.push_back(nullptr);
+        execvp(words.front(), words.data());
+        _exit(127);
+    }
+    return child;
+}
+
+using Connection = std::unique_ptr<PGconn, void (*)(PGconn*)>;
+using Result = std::unique_ptr<PGresult, void (*)(PGresult*)>;
+
+Result run(PGconn* connection, const std::string& sql) {
+    Result result(PQexec(connection, sql.c_str()), PQclear);
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) {
+        throw std::runtime_error(PQerrorMessage(connection));
+    }
+    return result;
+}
+
+Connection connect(const std::string& text) {
+    Connection connection(PQconnectdb(text.c_str()), PQfinish);
+    if (PQstatus(connection.get()) != CONNECTION_OK) {
+        throw std::runtime_error(PQerrorMessage(connection.get()));
+    }
+    return connection;
+}
+
+} // namespace
+
+void runOnServer(const std::string& connectionText, const std::string& sql) {
+    run(connect(connectionText).get(), sql);
+}
+
+std::string askServer(const std::string& connectionText, const std::string& sql) {
+    const Connection connection = connect(connectionText);
+    const Result result = run(connection.get(), sql);
+    return PQntuples(result.get()) > 0 ? PQgetvalue(result.get(), 0, 0) : "";
+}
+
+PrivateCluster::PrivateCluster() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "kintar-pg-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) {
+        throw std::runtime_error("no temporary folder");
+    }
+    folder_ = pattern;
+    makeCluster();
+    start();
+}
+
+PrivateCluster::~PrivateCluster() {
+    end(SIGQUIT);
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+PrivateCluster& PrivateCluster::shared() {
+    static PrivateCluster cluster;
+    return cluster;
+}
+
+void PrivateCluster::makeCluster() {
+    std::filesystem::permissions(folder_, std::filesystem::perms(0755));
+    if (geteuid() == 0) {
+        const passwd* user = getpwnam(unprivileged);
+        if (user == nullptr || chown(folder_.c_str(), user->pw_uid, user->pw_gid) != 0) {
+            throw std::runtime_error("no user to run a database server as");
+        }
+    }
+    const pid_t child =
+        spawn(asServer("initdb", {"-D", folder_ + "/data", "-U", owner, "-E", "UTF8", "-A", "trust",
+                                  "--locale=C", "--no-sync"}),
+              folder_ + "/initdb.log");
+    int status = 0;
+    if (waitpid(child, &status, 0) != child || status != 0) {
+        throw std::runtime_error("initdb failed; see " + folder_ + "/initdb.log");
+    }
+}
+
+void PrivateCluster::start() {
+    server_ = spawn(asServer("postgres", {"-D", folder_ + "/data", "-k", folder_, "-c",
+                                          "listen_addresses=", "-c", "fsync=off", "-c",
+                                          "shared_buffers=64MB", "-c", "max_connections=100"}),
+                    folder_ + "/server.log");
+    waitUntilReady();
+}
+
+void PrivateCluster::waitUntilReady() const {
+    const std::string text = textOf("postgres");
+    for (int attempt = 0; attempt < 1500; ++attempt) {
+        if (PQping(text.c_str()) == PQPING_OK) {
+            return;
+        }
+        int status = 0;
+        if (waitpid(server_, &status, WNOHANG) == server_) {
+            break;
+        }
+        poll(nullptr, 0, 20);
+    }
+    throw std::runtime_error("the database server does not start; see " + folder_ + "/server.log");
+}
+
+void PrivateCluster::end(int signal) {
+    if (server_ > 0) {
+        ::kill(server_, signal);
+        waitpid(server_, nullptr, 0);
+        server_ = -1;
+    }
+}
+
+void PrivateCluster::kill() {
+    end(SIGQUIT);
+}
+
+void PrivateCluster::stop() {
+    end(SIGINT);
+}
+
+std::string PrivateCluster::textOf(const std::string& database) const {
+    return "postgresql://" + std::string(owner) + "@/" + database + "?host=" + folder_;
+}
+
+std::string PrivateCluster::makeDatabase(const std::string& copyOf) {
+    const std::string name = "test" + std::to_string(++databases_);
+    runOnServer(textOf("postgres"),
+                "CREATE DATABASE " + name + " TEMPLATE " + (copyOf.empty() ? "template0" : copyOf));
+    return textOf(name);
+}
+
+void PrivateCluster::dropDatabase(const std::string& connectionText) {
+    const std::size_t begin = connectionText.find("@/") + 2;
+    const std::string name = connectionText.substr(begin, connectionText.find('?') - begin);
+    runOnServer(textOf("postgres"), "DROP DATABASE IF EXISTS " + name + " WITH (FORCE)");
+}
+
+} // namespace kintar::testing
