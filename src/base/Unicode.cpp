@@ -2,6 +2,8 @@
 
 #include "base/RunTimeError.h"
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <unicode/coll.h>
 #include <unicode/uchar.h>
@@ -40,6 +42,10 @@ UChar32 foldOne(UChar32 codePoint) {
     return u_foldCase(codePoint, U_FOLD_CASE_DEFAULT);
 }
 
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80U; });
+}
+
 const icu::Collator& rootCollator() {
     static const std::unique_ptr<icu::Collator> collator = [] {
         UErrorCode status = U_ZERO_ERROR;
@@ -54,10 +60,80 @@ const icu::Collator& rootCollator() {
     return *collator;
 }
 
+std::string collationKey(std::string_view folded) {
+    const icu::UnicodeString wide =
+        icu::UnicodeString::fromUTF8({folded.data(), static_cast<std::int32_t>(folded.size())});
+    const icu::Collator& collator = rootCollator();
+    std::uint8_t small[256];
+    const std::int32_t length = collator.getSortKey(wide, small, sizeof small);
+    if (length <= static_cast<std::int32_t>(sizeof small)) {
+        return {reinterpret_cast<const char*>(small), static_cast<std::size_t>(length)};
+    }
+    std::string key(static_cast<std::size_t>(length), '\0');
+    collator.getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), length);
+    return key;
+}
+
+/// The keys of texts that most names are: of characters whose weight is one byte, and that differ
+/// in nothing else. Their key is these bytes and an end that depends on the length alone. Bytes and
+/// ends are asked of the collation once; asking it for each text takes ten times as long.
+class PlainKeys {
+public:
+    static const PlainKeys& ofCollation() {
+        static const PlainKeys keys;
+        return keys;
+    }
+    /// False, with nothing appended, for any other text.
+    bool append(std::string_view folded, std::string& key) const {
+        if (folded.size() >= ends_.size()) {
+            return false;
+        }
+        key.reserve(2 * folded.size() + longestEnd);
+        for (const char c : folded) {
+            const char weight = weights_[static_cast<unsigned char>(c)];
+            if (weight == '\0') {
+                key.clear();
+                return false;
+            }
+            key += weight;
+        }
+        key += ends_[folded.size()];
+        return true;
+    }
+
+private:
+    static constexpr std::size_t longestText = 64;
+    static constexpr std::size_t longestEnd = 16;
+    static constexpr char levelEnd = '\x01';
+
+    PlainKeys() {
+        std::string letters;
+        for (std::size_t length = 0; length <= longestText; ++length, letters += 'a') {
+            ends_.push_back(collationKey(letters).substr(length));
+        }
+        for (char c = ' '; c < '\x7f'; ++c) {
+            const std::string key = collationKey(std::string(1, c));
+            if (key.size() > 1 && key[1] == levelEnd && key.substr(1) == ends_[1]) {
+                weights_[static_cast<unsigned char>(c)] = key[0];
+            }
+        }
+    }
+
+    std::array<char, 256> weights_{}; ///< 0 for a character that is no plain one
+    std::vector<std::string> ends_;   ///< by length
+};
+
 } // namespace
 
 std::string fold(std::string_view text) {
     std::string folded;
+    if (isAscii(text)) {
+        folded = text;
+        for (char& c : folded) {
+            c = static_cast<char>(foldOne(c));
+        }
+        return folded;
+    }
     folded.reserve(text.size());
     forEachCodePoint(text, [&](UChar32 codePoint) { append(folded, foldOne(codePoint)); });
     return folded;
@@ -82,20 +158,13 @@ std::vector<char32_t> caseVariants(char32_t codePoint) {
 
 std::string sortKey(std::string_view text) {
     const std::string folded = fold(text);
-    const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(folded);
-    const icu::Collator& collator = rootCollator();
-    std::uint8_t small[256];
-    std::int32_t length = collator.getSortKey(wide, small, sizeof small);
-    std::string key;
-    if (length <= static_cast<std::int32_t>(sizeof small)) {
-        key.assign(reinterpret_cast<const char*>(small), static_cast<std::size_t>(length));
-    } else {
-        key.resize(static_cast<std::size_t>(length));
-        collator.getSortKey(wide, reinterpret_cast<std::uint8_t*>(key.data()), length);
-    }
     // A collation key ends with a zero byte and holds no other, so the code points behind it
     // decide only between texts that the collation holds to be equal. UTF-8 sorts as they do.
-    return key + folded;
+    std::string key;
+    if (!PlainKeys::ofCollation().append(folded, key)) {
+        key = collationKey(folded);
+    }
+    return key += folded;
 }
 
 std::string toValidUtf8(std::string_view bytes) {

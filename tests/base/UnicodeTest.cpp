@@ -4,7 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <random>
 #include <string>
+#include <unicode/coll.h>
+#include <unicode/unistr.h>
 #include <vector>
 
 namespace kintar::unicode {
@@ -51,6 +56,29 @@ TEST(Unicode, SortKeysAreEqualExactlyWhereCaseAloneDiffers) {
     // Canonically equal, yet other code points: the collation holds them equal, the key does not.
     EXPECT_NE(sortKey("\u00E9"), sortKey("e\u0301"));
     EXPECT_LT(sortKey("a"), sortKey("ab"));
+}
+
+TEST(Unicode, SortKeysAreThoseOfTheCollationWhateverTheText) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Collator> collator(
+        icu::Collator::createInstance(icu::Locale::getRoot(), status));
+    const std::string characters = "abcdefghijklmnopqrstuvwxyz0123456789 -'.,_|~\x01\x1f\x7f";
+    std::mt19937 random(20120314);
+    const auto upTo = [&random](std::size_t most) {
+        return std::uniform_int_distribution<std::size_t>(0, most)(random);
+    };
+    for (int round = 0; round < 20000; ++round) {
+        // Mostly plain letters, as names are, of lengths on both sides of what is kept ready.
+        const std::size_t last = std::array{25UL, 35UL, characters.size() - 1}.at(upTo(2));
+        std::string text;
+        for (std::size_t length = upTo(80); length > 0; --length) {
+            text += characters[upTo(last)];
+        }
+        std::array<std::uint8_t, 1024> key{};
+        const int length = collator->getSortKey(icu::UnicodeString::fromUTF8(text), key.data(),
+                                                static_cast<int>(key.size()));
+        ASSERT_EQ(sortKey(text), std::string(key.begin(), key.begin() + length) + text) << text;
+    }
 }
 
 TEST(Unicode, SortKeysHoldForVeryLongTexts) {
