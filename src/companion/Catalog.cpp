@@ -3,6 +3,7 @@
 #include "companion/dialect/Keyword.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace kintar::companion {
 
@@ -42,6 +43,18 @@ std::optional<std::size_t> findColumn(const TableDefinition& table, std::string_
         return std::nullopt;
     }
     return static_cast<std::size_t>(found - table.columns.begin());
+}
+
+std::vector<std::optional<std::size_t>> indexedColumns(const TableDefinition& table,
+                                                       const IndexDefinition& index) {
+    std::vector<std::optional<std::size_t>> columns;
+    std::istringstream parts(index.columns);
+    for (std::string part; std::getline(parts >> std::ws, part, ',');) {
+        std::string name = part.substr(0, part.find(' '));
+        std::erase(name, '"');
+        columns.push_back(findColumn(table, name));
+    }
+    return columns;
 }
 
 } // namespace kintar::companion

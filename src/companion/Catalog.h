@@ -30,4 +30,8 @@ private:
 /// The position of a column of a table, letter case ignored.
 std::optional<std::size_t> findColumn(const TableDefinition& table, std::string_view column);
 
+/// The columns of an index, in order; none for what is no plain column.
+std::vector<std::optional<std::size_t>> indexedColumns(const TableDefinition& table,
+                                                       const IndexDefinition& index);
+
 } // namespace kintar::companion

@@ -39,6 +39,21 @@ const dialect::EngineWriter& writerFor(std::string_view engine) {
     return sqlite;
 }
 
+Explained explained(const dialect::EngineWriter& writer, const dialect::Translation& translation,
+                    const dialect::LiftedStatement& lifted) {
+    Explained explained{translation.text, {}, {}, translation.columns};
+    for (const dialect::LiteralValue& literal : lifted.values) {
+        explained.values.push_back(liftedOf(literal));
+    }
+    for (const dialect::Parameter& parameter : translation.parameters) {
+        if (parameter.use != dialect::Parameter::Use::Value) {
+            explained.derived.push_back(
+                writer.valueOf(parameter, lifted.values[parameter.literal]));
+        }
+    }
+    return explained;
+}
+
 } // namespace
 
 std::vector<std::string> knownEngines() {
@@ -52,19 +67,14 @@ Explained explainDialect(std::string_view sql, std::string_view engine, const Ca
     dialect::Statement statement = dialect::parseStatement(sql);
     dialect::Resolver(catalog, sql).resolve(statement);
     dialect::rewrite(statement);
-    const dialect::Translation translation = writer.write(statement, lifted.values);
+    return explained(writer, writer.write(statement, lifted.values), lifted);
+}
 
-    Explained explained{translation.text, {}, {}, translation.columns};
-    for (const dialect::LiteralValue& literal : lifted.values) {
-        explained.values.push_back(liftedOf(literal));
-    }
-    for (const dialect::Parameter& parameter : translation.parameters) {
-        if (parameter.use != dialect::Parameter::Use::Value) {
-            explained.derived.push_back(
-                writer.valueOf(parameter, lifted.values[parameter.literal]));
-        }
-    }
-    return explained;
+Explained explainTranslation(std::string_view sql, std::string_view engine,
+                             const dialect::Translation& translation) {
+    dialect::LiftedStatement lifted;
+    dialect::liftLiterals(sql, lifted);
+    return explained(writerFor(engine), translation, lifted);
 }
 
 } // namespace kintar::companion

@@ -39,4 +39,8 @@ std::vector<std::string> knownEngines();
 Explained explainDialect(std::string_view sql, std::string_view engine,
                          const Catalog& catalog = Catalog::ofSite());
 
+/// The same for a translation that a connection has made of the statement.
+Explained explainTranslation(std::string_view sql, std::string_view engine,
+                             const dialect::Translation& translation);
+
 } // namespace kintar::companion

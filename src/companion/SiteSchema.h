@@ -24,7 +24,7 @@ struct ColumnDefinition {
 };
 
 struct IndexDefinition {
-    std::string columns; ///< as the embedded engine takes them
+    std::string columns; ///< as the embedded engine takes them; of one read from it, names alone
     /// Rows of a large site that share the first column's value, the first two columns' values and
     /// so on, blanks between: what tells the engine which index leaves fewest rows.
     std::string sharing;

@@ -173,6 +173,8 @@ struct InSelectTest final : Expression {
     ExpressionPtr operand;
     std::unique_ptr<Select> select;
     bool negated;
+    /// Whether it may as well be asked of one row at a time: set by `markRowTests`.
+    bool byRow = false;
 };
 
 struct ExistsTest final : Expression {

@@ -1,6 +1,7 @@
 #include "companion/dialect/Rewriter.h"
 
 #include "companion/dialect/Dispatch.h"
+#include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/Types.h"
 
 #include <algorithm>
@@ -95,9 +96,11 @@ bool sameSourceAndColumn(const ColumnName& a, const ColumnName& b) {
     return a.source != nullptr && a.source == b.source && a.column == b.column;
 }
 
-bool sameTableAndColumn(const ColumnName& a, const ColumnName& b) {
-    return a.source != nullptr && b.source != nullptr &&
-           a.source->definition == b.source->definition && a.column == b.column;
+/// Whether a value of one column means the same in the other.
+bool sameKindOfColumn(const ColumnName& a, const ColumnName& b) {
+    const bool same = a.source != nullptr && b.source != nullptr &&
+                      a.source->definition == b.source->definition && a.column == b.column;
+    return same || (isWhole(a.type) && isWhole(b.type));
 }
 
 ExpressionPtr copyOf(const ColumnName& column) {
@@ -123,7 +126,7 @@ void hoist(InSelectTest& test, std::vector<ExpressionPtr>& outside) {
     const ColumnName* operand = asColumn(*test.operand);
     const ColumnName* selected = asColumn(*test.select->items.front().expression);
     const bool sameColumn =
-        operand != nullptr && selected != nullptr && sameTableAndColumn(*operand, *selected);
+        operand != nullptr && selected != nullptr && sameKindOfColumn(*operand, *selected);
     std::vector<ExpressionPtr> staying;
     for (ExpressionPtr& term : takeTerms(std::move(test.select->where))) {
         if (!usesAny(*term, inner)) {
@@ -187,6 +190,7 @@ void rewriteSelect(Select& select) {
 void rewrite(Statement& statement) {
     if (auto* select = std::get_if<std::unique_ptr<Select>>(&statement.body)) {
         rewriteSelect(**select);
+        markRowTests(**select);
     } else if (auto* update = std::get_if<Update>(&statement.body)) {
         rewriteWhere(update->where);
     } else if (auto* deletion = std::get_if<Delete>(&statement.body)) {

@@ -1,6 +1,7 @@
 // Comparisons in SQLite's language: texts without regard to case, texts with numbers, searches that
 // an index can serve.
 #include "companion/dialect/Dispatch.h"
+#include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/SqliteExpressionWriter.h"
 #include "companion/dialect/TextRanges.h"
 #include "companion/dialect/Types.h"
@@ -27,6 +28,15 @@ const Literal* asNumberLiteral(const Expression& expression) {
 
 bool isTextColumn(const Expression& expression) {
     return asColumn(expression) != nullptr && isText(expression.type);
+}
+
+const TableSource* sourceOfSearch(const Expression& range) {
+    const auto* like = asKind<LikeTest>(range, ExpressionKind::LikeTest);
+    const auto* comparison = asKind<Comparison>(range, ExpressionKind::Comparison);
+    const ColumnName* column = like != nullptr         ? asColumn(*like->operand)
+                               : comparison != nullptr ? asColumn(*comparison->left)
+                                                       : nullptr;
+    return column != nullptr ? column->source : nullptr;
 }
 
 ComparisonOperator mirrored(ComparisonOperator operation) {
@@ -95,14 +105,25 @@ void SqliteExpressionWriter::equalsText(const Expression& operand, const Literal
     out_ << " = " << Parameter{text.ordinal, Parameter::Use::FoldedText, 0, false} << ")";
 }
 
+/// A plus keeps the engine from serving a condition by an index: where it has to find the rows of
+/// another table's row, or has to begin with another range.
+std::string_view SqliteExpressionWriter::indexMark(const Expression& operand) const {
+    const Expression* range = plan_->range;
+    const bool anotherLeads = range != nullptr && range != condition_ &&
+                              asColumn(operand) != nullptr &&
+                              asColumn(operand)->source == sourceOfSearch(*range);
+    return inRowTest_ || anotherLeads ? "+" : "";
+}
+
 void SqliteExpressionWriter::searchRange(const Expression& operand, const Parameter& low,
                                          bool exact) {
+    out_ << indexMark(operand);
     value(operand);
     out_ << " COLLATE NOCASE " << (exact ? "= " : ">= ") << low;
     if (!exact) {
         Parameter high = low;
         high.use = Parameter::Use::SearchHigh;
-        out_ << " AND ";
+        out_ << " AND " << indexMark(operand);
         value(operand);
         out_ << " COLLATE NOCASE < " << high;
     }
@@ -177,13 +198,47 @@ void SqliteExpressionWriter::textEqualsNumber(const Expression& text, const Lite
     }
     // The index holds numbers as the engine reads them, to 15 digits or so: it finds the few rows
     // near the number, and the exact comparison chooses among them.
-    out_ << "(CAST(";
+    out_ << "(";
+    aboutNumber(text, number);
+    out_ << " AND ";
+    call("kintar_decimal", text);
+    out_ << " = " << Parameter{number.ordinal, Parameter::Use::Decimal, 0, false} << ")";
+}
+
+void SqliteExpressionWriter::aboutNumber(const Expression& text, const Literal& number) {
+    out_ << indexMark(text) << "CAST(";
     value(text);
     out_ << " AS REAL) BETWEEN "
          << Parameter{number.ordinal, Parameter::Use::ApproximateLow, 0, false} << " AND "
-         << Parameter{number.ordinal, Parameter::Use::ApproximateHigh, 0, false} << " AND ";
-    call("kintar_decimal", text);
-    out_ << " = " << Parameter{number.ordinal, Parameter::Use::Decimal, 0, false} << ")";
+         << Parameter{number.ordinal, Parameter::Use::ApproximateHigh, 0, false};
+}
+
+bool SqliteExpressionWriter::indexPartOfEquality(const Comparison& comparison) {
+    const Literal* number = asNumberLiteral(*comparison.right);
+    if (!isTextColumn(*comparison.left)) {
+        return false;
+    }
+    if (number != nullptr) {
+        aboutNumber(*comparison.left, *number);
+    } else if (!searchRanges(*comparison.left, *asTextLiteral(*comparison.right), false)) {
+        out_ << "1";
+    }
+    return true;
+}
+
+void SqliteExpressionWriter::indexPart(const Expression& condition) {
+    const auto* comparison = asKind<Comparison>(condition, ExpressionKind::Comparison);
+    if (comparison != nullptr && indexPartOfEquality(*comparison)) {
+        return;
+    }
+    if (const Literal* text = searchedText(condition)) {
+        const auto& like = static_cast<const LikeTest&>(condition);
+        if (!searchRanges(*like.operand, *text, true)) {
+            out_ << "1";
+        }
+        return;
+    }
+    plain(condition);
 }
 
 void SqliteExpressionWriter::between(const BetweenTest& test) {

@@ -170,10 +170,12 @@ void SqliteExpressionWriter::write(const Concatenation& concatenation) {
 }
 
 void SqliteExpressionWriter::write(const Comparison& comparison) {
+    condition_ = &comparison;
     compare(comparison.operation, *comparison.left, *comparison.right);
 }
 
 void SqliteExpressionWriter::write(const LikeTest& test) {
+    condition_ = &test;
     out_ << (test.negated ? "NOT " : "");
     like(test);
 }
@@ -215,12 +217,30 @@ void SqliteExpressionWriter::write(const LogicalNot& inversion) {
 void SqliteExpressionWriter::write(const LogicalChain& chain) {
     out_ << "(";
     bool first = true;
-    for (const ExpressionPtr& term : chain.terms) {
+    for (const Expression* term : inOrderOfPlan(chain)) {
         out_ << (first ? "" : (chain.isAnd ? " AND " : " OR "));
         first = false;
         condition(*term);
     }
     out_ << ")";
+}
+
+std::vector<const Expression*>
+SqliteExpressionWriter::inOrderOfPlan(const LogicalChain& chain) const {
+    std::vector<const Expression*> terms;
+    for (const ExpressionPtr& term : chain.terms) {
+        terms.push_back(term.get());
+    }
+    if (!plan_->order.empty()) {
+        const auto place = [this](const Expression* term) {
+            const auto* test = asKind<InSelectTest>(*term, ExpressionKind::InSelectTest);
+            return test == nullptr || !test->byRow || test == plan_->lead
+                       ? -1
+                       : std::ranges::find(plan_->order, test) - plan_->order.begin();
+        };
+        std::ranges::stable_sort(terms, std::ranges::less(), place);
+    }
+    return terms;
 }
 
 void SqliteExpressionWriter::write(const Aggregate& aggregate) {
@@ -262,7 +282,28 @@ void SqliteExpressionWriter::inList(const InListTest& test) {
     out_ << ")";
 }
 
+void SqliteExpressionWriter::rowTest(const InSelectTest& test) {
+    const Expression& selected = *test.select->items.front().expression;
+    out_ << "EXISTS (SELECT 1 FROM ";
+    out_.introduce(*asColumn(selected)->source);
+    out_ << " WHERE ";
+    value(selected);
+    out_ << " = ";
+    value(*test.operand);
+    if (test.select->where) {
+        const bool before = std::exchange(inRowTest_, true);
+        out_ << " AND ";
+        condition(*test.select->where);
+        inRowTest_ = before;
+    }
+    out_ << ")";
+}
+
 void SqliteExpressionWriter::inSelect(const InSelectTest& test) {
+    if (test.byRow && &test != plan_->lead) {
+        rowTest(test);
+        return;
+    }
     const ColumnType selected = test.select->columns.front().type;
     Projection projection = Projection::Plain;
     if (isTextWithNumber(test.operand->type, selected)) {

@@ -1,6 +1,7 @@
 // Expressions in SQLite's language, with the meaning that the dialect gives them.
 #pragma once
 
+#include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/SqliteOutput.h"
 
 #include <functional>
@@ -28,6 +29,11 @@ public:
     /// What tells groups apart: texts without their letter case.
     void groupKey(const Expression& expression);
     void projected(const Expression& expression, Projection projection);
+    /// Of a condition that an index serves, what the index serves: it holds for all rows that the
+    /// condition holds for, and few others.
+    void indexPart(const Expression& condition);
+    /// Which marked test is written as a list, and the order of the others.
+    void follow(const SearchPlan& plan) { plan_ = &plan; }
     /// The value for a column of this type.
     void assigned(const Expression& expression, ColumnType column);
 
@@ -61,18 +67,28 @@ private:
                                const Expression& right);
     void equalsText(const Expression& operand, const Literal& text);
     void textEqualsNumber(const Expression& text, const Literal& number);
+    void aboutNumber(const Expression& text, const Literal& number);
+    bool indexPartOfEquality(const Comparison& comparison);
     bool searchRanges(const Expression& operand, const Literal& literal, bool isPattern);
     void searchRange(const Expression& operand, const Parameter& low, bool exact);
+    [[nodiscard]] std::string_view indexMark(const Expression& operand) const;
     void like(const LikeTest& test);
     void between(const BetweenTest& test);
     void betweenTextAndNumbers(const BetweenTest& test);
     void inList(const InListTest& test);
     void inSelect(const InSelectTest& test);
+    void rowTest(const InSelectTest& test);
 
     void inverted(const Expression& condition);
+    std::vector<const Expression*> inOrderOfPlan(const LogicalChain& chain) const;
+
+    static inline const SearchPlan inOrderOfText;
 
     SqliteOutput& out_;
     SelectWriter selects_;
+    const SearchPlan* plan_ = &inOrderOfText;
+    const Expression* condition_ = nullptr; ///< the one being written that might be an index's
+    bool inRowTest_ = false;
     /// Where False and Null differ, as under NOT: no shortcut may give the one for the other.
     bool falseIsNotNull_ = false;
 };

@@ -31,6 +31,9 @@ public:
     void insert(const Insert& insert);
     void update(const Update& update);
     void deletion(const Delete& deletion);
+    void servedRows(const SearchLead& lead, std::string_view selected);
+    void sample(const SearchLead& lead, std::size_t rows);
+    void follow(const SearchPlan& plan) { expressions_.follow(plan); }
     Translation take(std::vector<Column> columns) { return out_.take(std::move(columns)); }
 
 private:
@@ -221,6 +224,29 @@ void StatementWriter::deletion(const Delete& deletion) {
     where(deletion.where, " WHERE ");
 }
 
+void StatementWriter::servedRows(const SearchLead& lead, std::string_view selected) {
+    out_ << "SELECT " << selected << " FROM ";
+    out_.introduce(*lead.table);
+    std::string_view before = " WHERE ";
+    for (const Expression* condition : lead.served) {
+        out_ << before;
+        expressions_.indexPart(*condition);
+        before = " AND ";
+    }
+}
+
+void StatementWriter::sample(const SearchLead& lead, std::size_t rows) {
+    out_ << "SELECT count(*) FROM (";
+    servedRows(lead, "*");
+    out_ << " LIMIT " << std::to_string(rows) << ") AS " << sqliteName(out_.nameOf(*lead.table));
+    std::string_view before = " WHERE ";
+    for (const Expression* condition : lead.conditions) {
+        out_ << before;
+        expressions_.condition(*condition);
+        before = " AND ";
+    }
+}
+
 std::string searchBound(const Parameter& parameter, const LiteralValue& literal) {
     const auto ranges =
         parameter.isPattern ? rangesOfPattern(literal.text()) : rangesOfText(literal.text());
@@ -262,7 +288,32 @@ ParameterValue numberOfText(const std::string& text) {
 
 Translation SqliteWriter::write(const Statement& statement,
                                 const std::vector<LiteralValue>& values) const {
+    return write(statement, values, SearchPlan());
+}
+
+Translation SqliteWriter::writeServedRows(const SearchLead& lead,
+                                          const std::vector<LiteralValue>& values) const {
     StatementWriter writer(values);
+    writer.servedRows(lead, "1");
+    return writer.take({});
+}
+
+Translation SqliteWriter::writeLargestRow(const SearchLead& lead) const {
+    return {"SELECT max(rowid) FROM " + sqliteName(lead.table->definition->name), {}, {}, {}};
+}
+
+Translation SqliteWriter::writeSample(const SearchLead& lead,
+                                      const std::vector<LiteralValue>& values,
+                                      std::size_t sample) const {
+    StatementWriter writer(values);
+    writer.sample(lead, sample);
+    return writer.take({});
+}
+
+Translation SqliteWriter::write(const Statement& statement, const std::vector<LiteralValue>& values,
+                                const SearchPlan& plan) const {
+    StatementWriter writer(values);
+    writer.follow(plan);
     std::vector<Column> columns;
     if (const auto* select = std::get_if<std::unique_ptr<Select>>(&statement.body)) {
         writer.select(**select, Projection::Plain);

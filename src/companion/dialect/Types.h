@@ -38,6 +38,11 @@ constexpr bool isNumber(ColumnType type) {
     return classOf(type) == TypeClass::Number;
 }
 
+/// Numbers without fractions: values of two such columns are equal in every table alike.
+constexpr bool isWhole(ColumnType type) {
+    return type == ColumnType::Integer || type == ColumnType::YesNo;
+}
+
 constexpr bool isText(ColumnType type) {
     return classOf(type) == TypeClass::Text;
 }

@@ -51,6 +51,30 @@ std::vector<ColumnDefinition> readColumns(sqlite3* database, const std::string& 
     return columns;
 }
 
+/// The indexes over all rows of a table. What is no column in them has a name that no column has.
+std::vector<IndexDefinition> readIndexes(sqlite3* database, const std::string& table) {
+    const StatementHandle query = prepare(
+        database, "SELECT list.name, coalesce(info.name, '()') FROM pragma_index_list(?1) AS "
+                  "list, pragma_index_xinfo(list.name) AS info WHERE info.key AND NOT list.partial "
+                  "ORDER BY list.seq, info.seqno");
+    sqlite3_bind_text(query.get(), 1, table.c_str(), -1, SQLITE_STATIC);
+    std::vector<IndexDefinition> indexes;
+    std::string last;
+    int code = sqlite3_step(query.get());
+    for (; code == SQLITE_ROW; code = sqlite3_step(query.get())) {
+        if (indexes.empty() || column(query.get(), 0) != last) {
+            last = column(query.get(), 0);
+            indexes.push_back({column(query.get(), 1), {}});
+        } else {
+            indexes.back().columns += "," + column(query.get(), 1);
+        }
+    }
+    if (code != SQLITE_DONE) {
+        throw errorOf(database, code);
+    }
+    return indexes;
+}
+
 } // namespace
 
 std::vector<TableDefinition> readTables(sqlite3* database) {
@@ -61,7 +85,7 @@ std::vector<TableDefinition> readTables(sqlite3* database) {
     int code = sqlite3_step(query.get());
     for (; code == SQLITE_ROW; code = sqlite3_step(query.get())) {
         const std::string name = column(query.get(), 0);
-        tables.push_back({name, readColumns(database, name), {}, 0});
+        tables.push_back({name, readColumns(database, name), readIndexes(database, name), 0});
     }
     if (code != SQLITE_DONE) {
         throw errorOf(database, code);

@@ -4,10 +4,13 @@
 #include "companion/dialect/Parser.h"
 #include "companion/dialect/Resolver.h"
 #include "companion/dialect/Rewriter.h"
+#include "companion/sqlite/LeadRace.h"
 #include "companion/sqlite/SchemaReader.h"
 #include "companion/sqlite/SqliteFunctions.h"
 
+#include <algorithm>
 #include <chrono>
+#include <limits>
 #include <utility>
 
 namespace kintar::companion::sqlite {
@@ -65,6 +68,23 @@ void addValue(Recordset& rows, sqlite3_stmt* handle, int column, bool isUtf8) {
         rows.addText(textOf(value, isUtf8));
         break;
     }
+}
+
+/// The leads that are worth counting: of many that search for texts, those for the longest.
+std::vector<dialect::SearchLead> mostPromising(std::vector<dialect::SearchLead> leads,
+                                               const std::vector<LiteralValue>& values) {
+    constexpr std::size_t most = 7;
+    const auto promise = [&](const dialect::SearchLead& lead) {
+        const dialect::Literal* text =
+            lead.range != nullptr ? dialect::searchedText(*lead.range) : nullptr;
+        return text != nullptr && lead.test != nullptr ? values[text->ordinal].raw.size()
+                                                       : std::numeric_limits<std::size_t>::max();
+    };
+    if (leads.size() > most) {
+        std::ranges::stable_sort(leads, std::ranges::greater(), promise);
+        leads.resize(most);
+    }
+    return leads;
 }
 
 } // namespace
@@ -253,7 +273,27 @@ StatementShape& SqliteConnection::shapeOf(std::string_view sql) {
     return cache_.insert(std::move(shape));
 }
 
-PreparedStatement& SqliteConnection::variantOf(StatementShape& shape) {
+PreparedStatement SqliteConnection::madeReady(dialect::Translation translation) {
+    PreparedStatement made;
+    made.translation = std::move(translation);
+    made.handle = prepare(database_.get(), made.translation.text);
+    made.columns = std::make_shared<const std::vector<Column>>(made.translation.columns);
+    made.plainParameters = lifted_.values.size();
+    return made;
+}
+
+std::vector<LeadRunner> SqliteConnection::runnersOf(const dialect::Statement& tree) {
+    std::vector<LeadRunner> runners;
+    for (const dialect::SearchLead& lead : mostPromising(dialect::leadsOf(tree), lifted_.values)) {
+        runners.push_back(
+            {lead.test, lead.range, madeReady(writer_.writeServedRows(lead, lifted_.values)),
+             madeReady(writer_.writeSample(lead, lifted_.values, LeadRunner::sampledRows)),
+             madeReady(writer_.writeLargestRow(lead))});
+    }
+    return runners;
+}
+
+StatementVariant& SqliteConnection::variantOf(StatementShape& shape) {
     variantKey_.clear();
     for (const dialect::TextSearch& search : shape.searches) {
         variantKey_ += writer_.variantOf(search, lifted_.values[search.literal]);
@@ -265,12 +305,19 @@ PreparedStatement& SqliteConnection::variantOf(StatementShape& shape) {
     if (shape.variants.size() >= StatementCache::variantCapacity) {
         shape.variants.clear();
     }
-    PreparedStatement made;
-    made.translation = writer_.write(shape.tree, lifted_.values);
-    made.handle = prepare(database_.get(), made.translation.text);
-    made.columns = std::make_shared<const std::vector<Column>>(made.translation.columns);
-    made.plainParameters = lifted_.values.size();
-    return shape.variants.emplace(variantKey_, std::move(made)).first->second;
+    return shape.variants.emplace(variantKey_, StatementVariant{runnersOf(shape.tree), {}})
+        .first->second;
+}
+
+dialect::SearchPlan SqliteConnection::planOf(StatementVariant& variant) {
+    if (variant.runners.empty()) {
+        return {};
+    }
+    for (const LeadRunner& runner : variant.runners) {
+        bind(runner.servedRows);
+        bind(runner.sample);
+    }
+    return bestPlan(database_.get(), variant.runners);
 }
 
 PreparedStatement& SqliteConnection::prepared(std::string_view sql, Wanted wanted) {
@@ -281,12 +328,22 @@ PreparedStatement& SqliteConnection::prepared(std::string_view sql, Wanted wante
     if (wanted == Wanted::Change && shape.tree.isSelect()) {
         throw DatabaseError(ErrorKind::Syntax, "A SELECT statement changes nothing.");
     }
-    PreparedStatement& statement = variantOf(shape);
-    bind(statement);
-    return statement;
+    StatementVariant& variant = variantOf(shape);
+    const dialect::SearchPlan plan = planOf(variant);
+    auto known = variant.byPlan.find(plan);
+    if (known == variant.byPlan.end()) {
+        if (variant.byPlan.size() >= StatementCache::variantCapacity) {
+            variant.byPlan.clear();
+        }
+        known =
+            variant.byPlan.emplace(plan, madeReady(writer_.write(shape.tree, lifted_.values, plan)))
+                .first;
+    }
+    bind(known->second);
+    return known->second;
 }
 
-void SqliteConnection::bind(PreparedStatement& statement) {
+void SqliteConnection::bind(const PreparedStatement& statement) {
     for (std::size_t at = 0; at < statement.plainParameters; ++at) {
         bindLiteral(statement.handle.get(), static_cast<int>(at + 1), lifted_.values[at]);
     }

@@ -56,8 +56,11 @@ private:
     PreparedStatement& prepared(std::string_view sql, Wanted wanted);
     std::optional<Recordset> openInAnInstant(std::string_view sql);
     StatementShape& shapeOf(std::string_view sql);
-    PreparedStatement& variantOf(StatementShape& shape);
-    void bind(PreparedStatement& statement);
+    StatementVariant& variantOf(StatementShape& shape);
+    PreparedStatement madeReady(dialect::Translation translation);
+    std::vector<LeadRunner> runnersOf(const dialect::Statement& tree);
+    dialect::SearchPlan planOf(StatementVariant& variant);
+    void bind(const PreparedStatement& statement);
     void bindLiteral(sqlite3_stmt* handle, int index, const dialect::LiteralValue& literal);
     void bindDerived(const PreparedStatement& statement, std::size_t parameter);
     Recordset readRows(PreparedStatement& statement);

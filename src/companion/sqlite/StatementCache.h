@@ -3,6 +3,7 @@
 
 #include "companion/dialect/EngineWriter.h"
 #include "companion/dialect/Lexer.h"
+#include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/Statements.h"
 #include "companion/sqlite/SqliteHandle.h"
 
@@ -24,12 +25,28 @@ struct PreparedStatement {
     int preparations = 0; ///< the engine's own count of having prepared it anew
 };
 
-/// A shape: its tree, and a text for each variant of its searches.
+/// What tells how many rows a search would begin with, were this its lead.
+struct LeadRunner {
+    static constexpr std::size_t sampledRows = 64;
+    const dialect::InSelectTest* test = nullptr;
+    const dialect::Expression* range = nullptr;
+    PreparedStatement servedRows;
+    PreparedStatement sample;
+    PreparedStatement largestRow;
+};
+
+/// The texts of a variant, one for each plan that was ever the best, and how to choose among them.
+struct StatementVariant {
+    std::vector<LeadRunner> runners; ///< none where there is nothing to choose
+    std::map<dialect::SearchPlan, PreparedStatement> byPlan;
+};
+
+/// A shape: its tree, and the texts for each variant of its searches.
 struct StatementShape {
     std::string key;
     dialect::Statement tree;
     std::vector<dialect::TextSearch> searches;
-    std::map<std::string, PreparedStatement, std::less<>> variants;
+    std::map<std::string, StatementVariant, std::less<>> variants;
 };
 
 /// The shapes used last, at most `capacity`. A reference stays valid until the next insertion.

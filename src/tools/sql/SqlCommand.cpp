@@ -39,9 +39,9 @@ std::string shown(const companion::dialect::ParameterValue& value) {
 }
 
 void explain(DatabaseConnection& connection, const std::string& statement, std::ostream& out) {
-    const auto plan = connection.plan(statement); // also brings the catalog up to date
-    const companion::Explained explained =
-        companion::explainDialect(statement, connection.engine(), connection.catalog());
+    const auto plan = connection.plan(statement);
+    const companion::Explained explained = companion::explainTranslation(
+        statement, connection.engine(), connection.translate(statement));
     const std::string mark = connection.engine() == "sqlite" ? "  ?" : "  $";
     out << "The engine gets:\n  " << explained.text << "\n";
     std::size_t number = 0;
