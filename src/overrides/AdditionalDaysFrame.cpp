@@ -1,9 +1,9 @@
 #include "overrides/AdditionalDaysFrame.h"
 
 #include "base/Twips.h"
-#include "overrides/FocusHighlight.h"
 #include "overrides/QtDates.h"
 #include "platform/qt/Controls.h"
+#include "platform/qt/FocusHighlight.h"
 #include "platform/qt/PlainText.h"
 
 #include <QGridLayout>
@@ -58,7 +58,7 @@ QDateEdit* AdditionalDaysFrame::newPicker(const char* name, const char* labelNam
     platform::nameControl(*picker, name, "date picker",
                           QStringLiteral("Additional ") + caption.chopped(1));
     label->setBuddy(picker);
-    new FocusHighlight(*label, *picker);
+    new platform::FocusHighlight(*label, *picker, QPalette::Button);
     auto* layout = static_cast<QGridLayout*>(this->layout());
     const int row = layout->rowCount() - 1 + (layout->count() > 0 ? 1 : 0);
     layout->addWidget(label, row, 0);

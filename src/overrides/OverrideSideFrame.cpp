@@ -1,8 +1,8 @@
 #include "overrides/OverrideSideFrame.h"
 
-#include "overrides/FocusHighlight.h"
 #include "overrides/QtDates.h"
 #include "platform/qt/Controls.h"
+#include "platform/qt/FocusHighlight.h"
 #include "platform/qt/PlainText.h"
 
 #include <QGridLayout>
@@ -80,7 +80,7 @@ void OverrideSideFrame::makeDate(QGridLayout& layout, const std::string& shortDa
     platform::nameControl(*date_, names_.datePicker, "date picker",
                           title() + QStringLiteral(" Date"));
     label->setBuddy(date_);
-    new FocusHighlight(*label, *date_);
+    new platform::FocusHighlight(*label, *date_, QPalette::Button);
     connect(date_, &QDateEdit::dateChanged, this,
             [this](const QDate& date) { onDate(fromQDate(date)); });
     layout.addWidget(label, 1, 0);
@@ -97,7 +97,7 @@ void OverrideSideFrame::makeTime(QGridLayout& layout) {
     slider_->setMinimumWidth(lastStep * 2); // a step is never less than two pixels
     platform::nameControl(*slider_, names_.slider, "slider", title() + QStringLiteral(" Time"));
     label->setBuddy(slider_);
-    new FocusHighlight(*label, *slider_);
+    new platform::FocusHighlight(*label, *slider_, QPalette::Button);
     readout_ = newLabel(names_.readout, QStringLiteral("2400"));
     connect(slider_, &QSlider::valueChanged, this, [this](int value) {
         if (slider_->isSliderDown()) {

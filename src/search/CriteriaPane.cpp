@@ -1,6 +1,7 @@
 #include "search/CriteriaPane.h"
 
 #include "platform/qt/Controls.h"
+#include "platform/qt/FocusHighlight.h"
 #include "platform/qt/PlainText.h"
 
 #include <QHBoxLayout>
@@ -23,8 +24,8 @@ selection::Choice choiceOf(const OptionButtons& buttons) {
                                      : selection::Choice::Either;
 }
 
-CriteriaPane::CriteriaPane(int index, FocusLabels& focusLabels, QWidget* parent)
-    : QFrame(parent), focusLabels_(focusLabels), rows_(new QGridLayout(this)) {
+CriteriaPane::CriteriaPane(int index, QWidget* parent)
+    : QFrame(parent), rows_(new QGridLayout(this)) {
     platform::nameControl(*this, memberName("Frame", index).c_str(), "frame", QString());
     rows_->setColumnStretch(1, 1);
 }
@@ -49,7 +50,7 @@ void CriteriaPane::addControl(QWidget* control, const char* name, const char* ki
     if (grows) {
         rows_->setAlignment(label, Qt::AlignTop);
     }
-    focusLabels_.watch(control, label);
+    new platform::FocusHighlight(*label, *control);
 }
 
 QLineEdit* CriteriaPane::addText(int index, int labelIndex, const QString& caption) {
@@ -67,7 +68,7 @@ std::array<QDateEdit*, 2> CriteriaPane::addDates(const char* lowName, const char
         auto* picker = new QDateEdit(this);
         picker->setCalendarPopup(true);
         platform::nameControl(*picker, i == 0 ? lowName : highName, "date picker", caption);
-        focusLabels_.watch(picker, label);
+        new platform::FocusHighlight(*label, *picker);
         line->addWidget(picker);
         pickers.at(i) = picker;
     }
@@ -89,7 +90,7 @@ OptionButtons CriteriaPane::addOptions(const OptionTexts& buttons, int labelInde
         const QString text = QString::fromLatin1(buttons.at(i).second);
         auto* button = new QRadioButton(text, box);
         platform::nameControl(*button, buttons.at(i).first, "option button", text);
-        focusLabels_.watch(button, label);
+        new platform::FocusHighlight(*label, *button);
         line->addWidget(button);
         made.at(i) = button;
     }

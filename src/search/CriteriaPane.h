@@ -1,7 +1,6 @@
 // A tab of the criteria dialog: rows of a label and its controls.
 #pragma once
 
-#include "search/FocusLabels.h"
 #include "search/SelectionCriteria.h"
 
 #include <QDateEdit>
@@ -26,7 +25,7 @@ selection::Choice choiceOf(const OptionButtons& buttons);
 class CriteriaPane : public QFrame {
 public:
     /// `index`: the pane's place in the array of frames.
-    CriteriaPane(int index, FocusLabels& focusLabels, QWidget* parent);
+    CriteriaPane(int index, QWidget* parent);
 
 protected:
     QLineEdit* addText(int index, int labelIndex, const QString& caption);
@@ -46,7 +45,6 @@ protected:
 private:
     QLabel* addLabel(int index, const QString& caption);
 
-    FocusLabels& focusLabels_;
     QGridLayout* rows_;
 };
 

@@ -34,8 +34,8 @@ std::vector<selection::CompanyItem> CompanyList::items() const {
     return all;
 }
 
-NamesPane::NamesPane(FocusLabels& focusLabels, QWidget* parent)
-    : CriteriaPane(namesFrame, focusLabels, parent),
+NamesPane::NamesPane(QWidget* parent)
+    : CriteriaPane(namesFrame, parent),
       lastName_(addText(3, 3, QStringLiteral("Include Where Last Name Like:"))),
       firstName_(addText(2, 2, QStringLiteral("Include Where First Name Like:"))),
       lstComp_(new CompanyList(this)) {
@@ -59,8 +59,8 @@ void NamesPane::read(selection::SelectionCriteria& criteria) const {
     criteria.visitor = choiceOf(visitor_);
 }
 
-CardsPane::CardsPane(FocusLabels& focusLabels, const LocaleFormats& formats, QWidget* parent)
-    : CriteriaPane(cardsFrame, focusLabels, parent),
+CardsPane::CardsPane(const LocaleFormats& formats, QWidget* parent)
+    : CriteriaPane(cardsFrame, parent),
       cardCode_(addText(0, 0, QStringLiteral("Include Where Card #:"))),
       cardNum_(addText(1, 1, QStringLiteral("Include Where Imprinted Card # Like:"))),
       status_(addOptions(
@@ -107,8 +107,8 @@ void CardsPane::read(selection::SelectionCriteria& criteria) const {
     criteria.notUsedDays = plain(notUsedDays_);
 }
 
-SkillsPane::SkillsPane(FocusLabels& focusLabels, QWidget* parent)
-    : CriteriaPane(skillsFrame, focusLabels, parent), lvList_(new QTreeWidget(this)) {
+SkillsPane::SkillsPane(QWidget* parent)
+    : CriteriaPane(skillsFrame, parent), lvList_(new QTreeWidget(this)) {
     platform::nameControl(*lvList_, "lvList", "list view", QStringLiteral("Skills"));
     lvList_->setRootIsDecorated(false);
     lvList_->setUniformRowHeights(true);

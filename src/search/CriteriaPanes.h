@@ -23,7 +23,7 @@ public:
 
 class NamesPane : public CriteriaPane {
 public:
-    NamesPane(FocusLabels& focusLabels, QWidget* parent);
+    explicit NamesPane(QWidget* parent);
     CompanyList& companies() { return *lstComp_; }
     void read(selection::SelectionCriteria& criteria) const;
     void focusFirst() { lastName_->setFocus(); }
@@ -38,7 +38,7 @@ private:
 
 class CardsPane : public CriteriaPane {
 public:
-    CardsPane(FocusLabels& focusLabels, const LocaleFormats& formats, QWidget* parent);
+    CardsPane(const LocaleFormats& formats, QWidget* parent);
     /// Sets all four pickers to a date.
     void setDates(DateTime date);
     void read(selection::SelectionCriteria& criteria) const;
@@ -56,7 +56,7 @@ private:
 
 class SkillsPane : public CriteriaPane {
 public:
-    SkillsPane(FocusLabels& focusLabels, QWidget* parent);
+    explicit SkillsPane(QWidget* parent);
     /// Replaces the list; no item is selected.
     void fill(const std::vector<selection::Skill>& skills);
     void read(selection::SelectionCriteria& criteria) const;

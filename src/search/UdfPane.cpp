@@ -26,8 +26,8 @@ QTableWidgetItem* fixedItem(const QString& text) {
 
 } // namespace
 
-UdfPane::UdfPane(FocusLabels& focusLabels, QWidget* parent)
-    : CriteriaPane(udfFrame, focusLabels, parent), grdUdf_(new QTableWidget(this)),
+UdfPane::UdfPane(QWidget* parent)
+    : CriteriaPane(udfFrame, parent), grdUdf_(new QTableWidget(this)),
       mskUDFEdit_(new QLineEdit(this)) {
     platform::nameControl(*grdUdf_, "grdUdf", "grid", QStringLiteral("User-defined fields"));
     platform::nameControl(*mskUDFEdit_, "mskUDFEdit", "masked edit box", QStringLiteral("Value"));

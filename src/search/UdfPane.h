@@ -14,7 +14,7 @@ namespace kintar::search {
 /// where rows are numbered, so that its first field stands in row 1.
 class UdfPane : public CriteriaPane {
 public:
-    UdfPane(FocusLabels& focusLabels, QWidget* parent);
+    explicit UdfPane(QWidget* parent);
 
     /// Replaces the rows: at least the designed 21, more where there are more fields. Without any
     /// field the grid and the editor are disabled.

@@ -25,11 +25,9 @@ constexpr std::array<const char*, 4> tabCaptions = {"Search Names", "Search UDFs
 frmSelName::frmSelName(modGlobals& globals, const platform::Clock& clock,
                        const LocaleFormats& formats)
     : FormWindow("frmSelName"), globals_(globals), clock_(clock), rows_(new QVBoxLayout(this)),
-      panes_(new QStackedLayout), Tab1_(new QTabBar(this)),
-      names_(new NamesPane(focusLabels_, this)), udf_(new UdfPane(focusLabels_, this)),
-      cards_(new CardsPane(focusLabels_, formats, this)),
-      skills_(new SkillsPane(focusLabels_, this)), lblStatus_(new QLabel(this)),
-      cmdOK_(new QPushButton(QStringLiteral("&OK"), this)),
+      panes_(new QStackedLayout), Tab1_(new QTabBar(this)), names_(new NamesPane(this)),
+      udf_(new UdfPane(this)), cards_(new CardsPane(formats, this)), skills_(new SkillsPane(this)),
+      lblStatus_(new QLabel(this)), cmdOK_(new QPushButton(QStringLiteral("&OK"), this)),
       cmdCancel_(new QPushButton(QStringLiteral("&Cancel"), this)) {
     setWindowTitle(QStringLiteral("Select Name List Criteria"));
     addPanes();

@@ -70,7 +70,6 @@ private:
     std::optional<std::int32_t> loadedFor_;
     bool leftForOwnPopup_ = false;
 
-    FocusLabels focusLabels_;
     QVBoxLayout* rows_;
     QStackedLayout* panes_;
     QTabBar* Tab1_;

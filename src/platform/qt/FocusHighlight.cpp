@@ -1,13 +1,12 @@
-#include "overrides/FocusHighlight.h"
+#include "platform/qt/FocusHighlight.h"
 
 #include <QEvent>
 #include <QLabel>
 
-namespace kintar {
+namespace kintar::platform {
 
-FocusHighlight::FocusHighlight(QLabel& caption, QWidget& control)
-    : QObject(&control), caption_(caption) {
-    caption_.setAutoFillBackground(true);
+FocusHighlight::FocusHighlight(QLabel& caption, QWidget& control, QPalette::ColorRole background)
+    : QObject(&control), caption_(caption), background_(background) {
     highlight(false);
     control.installEventFilter(this);
 }
@@ -22,7 +21,8 @@ bool FocusHighlight::eventFilter(QObject* watched, QEvent* event) {
 void FocusHighlight::highlight(bool focused) {
     // Roles, not colours: they follow the system's change between light and dark.
     caption_.setForegroundRole(focused ? QPalette::HighlightedText : QPalette::WindowText);
-    caption_.setBackgroundRole(focused ? QPalette::Highlight : QPalette::Button);
+    caption_.setBackgroundRole(focused ? QPalette::Highlight : background_);
+    caption_.setAutoFillBackground(focused || background_ != QPalette::NoRole);
 }
 
-} // namespace kintar
+} // namespace kintar::platform
