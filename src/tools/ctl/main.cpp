@@ -52,6 +52,8 @@ constexpr const char* examples =
     "arguments, or a line of raw that is none; 3 there is no session bus. Results go to standard\n"
     "output, errors to standard error with their name on the bus.\n";
 
+constexpr const char* holdFor = "hold the window for SECONDS, then end";
+
 struct Options {
     std::int32_t id = 0;
     std::optional<std::int32_t> locGrp;
@@ -66,6 +68,12 @@ struct Options {
     std::string path = kintar::host::rootPath;
 };
 
+void addSeconds(CLI::App& command, Options& options, const char* meaning) {
+    command.add_option("--for", options.seconds, meaning)
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("SECONDS");
+}
+
 void addPhoto(CLI::App& line, Options& options) {
     CLI::App* photo = line.add_subcommand("photo", "show the photo for a card event");
     photo->add_option("--id", options.id, "the person's number")->required();
@@ -79,9 +87,7 @@ void addPhoto(CLI::App& line, Options& options) {
                       "when, as 2012-03-14T17:05:00 or as the server's locale writes it");
     photo->add_option("--code", options.code, "card code");
     photo->add_option("--opr", options.opr, "operator number");
-    photo->add_option("--for", options.seconds, "hold the window for SECONDS, then end")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("SECONDS");
+    addSeconds(*photo, options, holdFor);
     photo->footer(std::string("Holds its object until Ctrl-C, or for the seconds given.\n") +
                   closing +
                   "\nExample:\n  kintarctl photo --id 17 --locgrp 1 --lname Byron --for 30\n");
@@ -105,9 +111,7 @@ void addOverrides(CLI::App& line, Options& options) {
                      "what the point accepts (default: secure,open,timezone)")
         ->delimiter(',')
         ->check(CLI::IsMember(overrideCommandWords()));
-    overrides->add_option("--for", options.seconds, "hold the window for SECONDS, then end")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("SECONDS");
+    addSeconds(*overrides, options, holdFor);
     overrides->footer(
         std::string(
             "Returns when the editor has closed, at Ctrl-C, or after the seconds given.\n") +
@@ -124,9 +128,7 @@ void addPickName(CLI::App& line, Options& options) {
     pick->add_option("--opr", request.oprId, "operator number");
     pick->add_option("--mode", request.mode,
                      "0 browse, 1 pick, 2 pick who owns a guard-tour card (default: 1)");
-    pick->add_option("--for", options.seconds, "give up after SECONDS")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("SECONDS");
+    addSeconds(*pick, options, "give up after SECONDS");
     pick->footer(std::string("Prints the number and the name, a tab between. Exit status 1 where\n"
                              "nobody was picked: Cancel, Ctrl-C, or the seconds have passed.\n") +
                  closing +
@@ -141,9 +143,7 @@ void addAlarm(CLI::App& line, Options& options) {
     alarm->add_option("--locname", request.locName, "the location's name");
     alarm->add_option("--window", request.workstation,
                       "the window to go to, as the display numbers it");
-    alarm->add_option("--for", options.seconds, "hold the window for SECONDS, then end")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("SECONDS");
+    addSeconds(*alarm, options, holdFor);
     alarm->footer(std::string("Holds its object until Ctrl-C, or for the seconds given.\n") +
                   closing +
                   "\nExample:\n  kintarctl alarm 'Door forced' --locname Dock --for 30\n");
