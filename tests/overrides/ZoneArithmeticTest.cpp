@@ -1,12 +1,11 @@
 #include "overrides/ZoneArithmetic.h"
 
-#include "base/RunTimeError.h"
 #include "overrides/FakeZones.h"
+#include "support/ErrorNumber.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 namespace kintar {
@@ -39,15 +38,6 @@ Loaded load(FakeZones& zones, const std::string& name, bool useDST) {
 
 DateTime moment(const char* iso) {
     return DateTime::fromIso(iso).value();
-}
-
-int errorOf(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
 }
 
 TEST(LoadZoneInfo, TakesEverythingAndLeavesTheKeyOpen) {
@@ -117,7 +107,7 @@ TEST(LoadZoneInfo, ANameOf32CharactersFillsItsPlaceAndA33rdRaises9) {
     EXPECT_EQ(textOf(load(zones, "Central Standard Time", true).information.StandardName),
               std::string(32, 'x'));
     zones.zones["Central Standard Time"].standardName = std::string(33, 'x');
-    EXPECT_EQ(errorOf([&] { load(zones, "Central Standard Time", true); }), 9);
+    EXPECT_EQ(testing::errorNumber([&] { load(zones, "Central Standard Time", true); }), 9);
 }
 
 TEST(LoadZoneInfo, ANameEndsAtItsFirstZeroAndWithoutTrailingBlanks) {
@@ -165,7 +155,7 @@ TEST(ConvertTime, AResultBehindTheLastYearIsNoDateTime) {
     FakeZones zones;
     const TimeZoneInformation zone = load(zones, "Central Standard Time", true).information;
     DateTime value = moment("9999-12-31T23:00:00");
-    EXPECT_EQ(errorOf([&] { ConvertTime(value, true, zone); }), 13);
+    EXPECT_EQ(testing::errorNumber([&] { ConvertTime(value, true, zone); }), 13);
     EXPECT_EQ(value.iso(), "9999-12-31T23:00:00");
 }
 
@@ -182,7 +172,7 @@ TEST(MomentText, AnythingElseRaises13) {
     for (const char* text : {"", "Mar", "Mar/", "Mrz/4/2012 7:5:9", "Mar/4/2012", "Mar/4/2012 7:5",
                              "Mar/4/2012 7:5:9 ", "Mar/30/10000 0:0:0", "Feb/30/2012 0:0:0",
                              "3/4/2012 7:5:9", "Mar/x/2012 7:5:9", "Mar/4/2012 7:5:99999999999"}) {
-        EXPECT_EQ(errorOf([&] { momentFromText(text); }), 13) << text;
+        EXPECT_EQ(testing::errorNumber([&] { momentFromText(text); }), 13) << text;
     }
 }
 
@@ -194,7 +184,8 @@ TEST(WholeMinutes, CountsFromWholeMinuteToWholeMinute) {
 }
 
 TEST(WholeMinutes, RaisesOverflowBeyond16Bits) {
-    EXPECT_EQ(errorOf([] { wholeMinutes(moment("2012-01-01"), moment("2012-01-24")); }), 6);
+    EXPECT_EQ(
+        testing::errorNumber([] { wholeMinutes(moment("2012-01-01"), moment("2012-01-24")); }), 6);
 }
 
 } // namespace

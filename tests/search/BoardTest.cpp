@@ -1,6 +1,6 @@
 #include "search/Board.h"
 
-#include "base/RunTimeError.h"
+#include "support/ErrorNumber.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,12 +63,7 @@ TEST(BoardOrder, EqualNamesStandInTheOrderInWhichTheyCame) {
 TEST(BoardFilling, ASecondItemWithTheSameIdRaises457AndKeepsTheFirst) {
     Board board;
     board.add(5, "Ash, A");
-    try {
-        board.add(5, "Birch, B");
-        FAIL() << "no error";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.number(), 457);
-    }
+    EXPECT_EQ(testing::errorNumber([&] { board.add(5, "Birch, B"); }), 457);
     board.finishFilling();
     EXPECT_EQ(board.size(), 1U);
 }

@@ -1,6 +1,7 @@
 #include "search/objNameSearch.h"
 
 #include "search/NameSearchFixture.h"
+#include "support/ErrorNumber.h"
 
 namespace kintar::testing {
 namespace {
@@ -31,23 +32,13 @@ TEST_F(NameSearch, ACreationThatCannotReadFailsAndTakesItsCountBack) {
 TEST_F(NameSearch, ASecondDefaultImageTypeOfAGroupFailsTheCreation) {
     twins.tables().answer("SELECT LocGrp, Num FROM ImageType WHERE DefaultImage <> 0",
                           {"LocGrp", "Num"}, {Row{2, 4}, Row{2, 5}});
-    try {
-        twins.create();
-        FAIL();
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.number(), 457);
-    }
+    EXPECT_EQ(testing::errorNumber([&] { twins.create(); }), 457);
     EXPECT_EQ(twins.globals.gInstanceCount, 0);
 }
 
 TEST_F(NameSearch, AnOverflowOfTheCountFailsTheCreationAndChangesNothing) {
     twins.globals.gInstanceCount = 32767;
-    try {
-        twins.create();
-        FAIL();
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.number(), 6);
-    }
+    EXPECT_EQ(testing::errorNumber([&] { twins.create(); }), 6);
     EXPECT_EQ(twins.globals.gInstanceCount, 32767);
 }
 

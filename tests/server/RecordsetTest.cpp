@@ -1,23 +1,15 @@
 #include "server/Recordset.h"
 
-#include "base/RunTimeError.h"
+#include "support/ErrorNumber.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 namespace kintar {
 namespace {
 
-int errorNumber(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RunTimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
+using testing::errorNumber;
 
 /// Two people: number, name, visitor, last use.
 Recordset people() {
