@@ -1,6 +1,7 @@
 #include "platform/qt/FormWindow.h"
 
 #include "base/Twips.h"
+#include "platform/qt/Activation.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -50,7 +51,7 @@ void FormWindow::ensureLoaded() {
 void FormWindow::Show() {
     ensureLoaded();
     if (!unloaded_) { // a load may let messages run, and one of them close the form
-        show();
+        showForInput(*this);
     }
 }
 

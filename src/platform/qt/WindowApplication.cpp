@@ -1,5 +1,6 @@
 #include "platform/qt/WindowApplication.h"
 
+#include "platform/qt/Activation.h"
 #include "platform/qt/PlainText.h"
 
 #include <QCoreApplication>
@@ -30,7 +31,7 @@ void WindowApplication::messageBox(const std::string& text) {
     box.setWindowModality(Qt::NonModal);
     QEventLoop untilClosed;
     QObject::connect(&box, &QDialog::finished, &untilClosed, &QEventLoop::quit);
-    box.show();
+    showForInput(box);
     untilClosed.exec();
 }
 

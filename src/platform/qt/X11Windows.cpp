@@ -60,6 +60,10 @@ xcb_window_t X11Windows::rootOf(xcb_window_t window) const {
     return geometry ? geometry->root : XCB_NONE;
 }
 
+bool X11Windows::hasWindowManager() const {
+    return hasWindowManager(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root);
+}
+
 bool X11Windows::hasWindowManager(xcb_window_t root) const {
     // The window named at the root must name itself, or its manager has gone.
     constexpr const char* check = "_NET_SUPPORTING_WM_CHECK";

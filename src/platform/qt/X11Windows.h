@@ -24,6 +24,8 @@ public:
     /// Puts a window above the one that has the focus where that fills the screen: window managers
     /// keep such a window, and what is transient for it, above all others.
     void coverFullScreen(xcb_window_t window);
+    /// Whether somebody manages the windows of the first screen.
+    [[nodiscard]] bool hasWindowManager() const;
 
 private:
     [[nodiscard]] xcb_window_t rootOf(xcb_window_t window) const;
