@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <array>
 
 namespace kintar::search {
@@ -195,6 +196,18 @@ bool frmSelName::event(QEvent* event) {
         leftForOwnPopup_ = false;
     }
     return FormWindow::event(event);
+}
+
+void frmSelName::keyPressEvent(QKeyEvent* event) {
+    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->key() == Qt::Key_Escape) {
+        cmdCancel_->click();
+    } else if (enter && button != nullptr && !event->isAutoRepeat()) {
+        button->click();
+    } else {
+        FormWindow::keyPressEvent(event);
+    }
 }
 
 } // namespace kintar::search

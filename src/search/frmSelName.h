@@ -45,6 +45,8 @@ public:
     std::vector<FormCaption> captions() override { return {}; }
 
     bool event(QEvent* event) override;
+    /// Escape is Cancel; Enter presses the button that has the focus.
+    void keyPressEvent(QKeyEvent* event) override;
 
 protected:
     void Load() override;

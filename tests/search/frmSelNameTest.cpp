@@ -329,6 +329,25 @@ TEST_F(CriteriaDialog, BeingUnloadedWithinTheCallbackIsNoHarm) {
     EXPECT_EQ(opener.statements.size(), 1U);
 }
 
+TEST_F(CriteriaDialog, EscapeIsCancelWhereverTheFocusIs) {
+    for (const char* name : {"Text_3", "lstComp", "optTraceTrue", "cmdOK"}) {
+        open();
+        control<QWidget>(name).setFocus();
+        QTest::keyClick(&control<QWidget>(name), Qt::Key_Escape);
+        EXPECT_FALSE(place.exists()) << name;
+    }
+    EXPECT_TRUE(opener.statements.empty());
+}
+
+TEST_F(CriteriaDialog, EnterPressesTheButtonThatHasTheFocusAndNothingElse) {
+    open();
+    QTest::keyClick(&control<QLineEdit>("Text_3"), Qt::Key_Return);
+    EXPECT_TRUE(place.exists());
+    control<QPushButton>("cmdCancel").setFocus();
+    QTest::keyClick(&control<QPushButton>("cmdCancel"), Qt::Key_Return);
+    EXPECT_FALSE(place.exists());
+}
+
 TEST_F(CriteriaDialog, DatesAreTodayWheneverTheDialogBecomesTheActiveWindow) {
     frmSelName& form = open();
     EXPECT_EQ(control<QDateEdit>("dtStartLow").date(), QDate(2012, 3, 14));

@@ -95,22 +95,25 @@ const std::map<std::string, const char*>& forms() {
                            "Option buttons that are not among the allowed commands\nare hidden. "
                            "Enter is OK, Escape and "
                            "the title bar are Cancel.\n"},
-        {"frmSelName",
-         "The criteria of the advanced search, opened from the name search. One page each of "
-         "names, "
-         "user-defined fields,\ncards and skills; the last is there only where the group has "
-         "skills. "
-         "`mskUDFEdit` appears in the cell of `grdUdf`\nthat is being edited. OK fills the list of "
-         "the "
-         "name search and closes; where that fails it stays, and\n`lblStatus` says why.\n"},
+        {"frmSelName", "The criteria of the advanced search, opened from the name search. One page "
+                       "each of names, "
+                       "user-defined fields,\ncards and skills; the last is there only where the "
+                       "group has skills. "
+                       "`mskUDFEdit` appears in the cell of `grdUdf`\nthat is being edited. OK "
+                       "fills the list of the "
+                       "name search and closes; where that fails it stays, and\n`lblStatus` says "
+                       "why. Escape and the "
+                       "title bar are Cancel.\n"},
         {"frmInOut", "The In / Out board, opened from the name search by `cmdInOut`. A click on a "
                      "row puts its last "
                      "use into the title\nand its user-defined fields into `Text`, which is shown "
                      "where the operator "
                      "may read them. Refreshed every\nminute. Closing it unloads it.\n"},
-        {"frmPrnRpt", "The preview of a report. Appears when a report has no printer to go to. The "
-                      "title becomes the "
-                      "report's own.\nClosing it unloads it.\n"}};
+        {"frmPrnRpt", "A report on the screen. Printing never shows it, and no client can open it "
+                      "over the bus: it is "
+                      "there for\nother windows of the server. The title becomes the report's own. "
+                      "Closing it unloads "
+                      "it.\n"}};
     return texts;
 }
 
