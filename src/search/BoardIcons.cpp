@@ -1,8 +1,10 @@
 #include "search/BoardIcons.h"
 
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 
 namespace kintar::search {
 namespace {
@@ -23,9 +25,9 @@ void paintIn(QPainter& painter) {
     painter.drawPath(tick);
 }
 
-void paintOut(QPainter& painter) {
+void paintOut(QPainter& painter, const QColor& colour) {
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(outColour, 1.8));
+    painter.setPen(QPen(colour, 1.8));
     painter.drawEllipse(QRectF(2, 2, 12, 12));
     painter.drawLine(QPointF(5.2, 8), QPointF(10.8, 8));
 }
@@ -34,7 +36,7 @@ class BoardIconEngine final : public QIconEngine {
 public:
     explicit BoardIconEngine(board::Icon icon) : icon_(icon) {}
 
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/,
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                QIcon::State /*state*/) override {
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
@@ -45,7 +47,10 @@ public:
         if (icon_ == board::Icon::In) {
             paintIn(*painter);
         } else {
-            paintOut(*painter);
+            // A selected row is drawn in a strong colour, on which grey is lost.
+            paintOut(*painter, mode == QIcon::Selected
+                                   ? QGuiApplication::palette().color(QPalette::HighlightedText)
+                                   : outColour);
         }
         painter->restore();
     }

@@ -1,5 +1,7 @@
 #include "search/frmInOut.h"
 
+#include "search/BoardIcons.h"
+
 #include "search/SearchSite.h"
 #include "support/FakeSettings.h"
 
@@ -332,6 +334,15 @@ TEST_F(InOutBoard, ShowsTheStatesOfEachTickWhileAnotherProgramWritesCardUses) {
     }
     EXPECT_EQ(sortTexts().size(), static_cast<std::size_t>(names));
     EXPECT_THAT(site.log.lines, IsEmpty());
+}
+
+TEST(BoardIcon, OutIsDrawnInTheColourOfSelectedTextOnASelectedRow) {
+    const auto ring = [](QIcon::Mode mode) {
+        return boardIcon(board::Icon::Out).pixmap(QSize(64, 64), mode).toImage().pixelColor(8, 32);
+    };
+    const QColor selectedText = QGuiApplication::palette().color(QPalette::HighlightedText);
+    EXPECT_EQ(ring(QIcon::Selected), selectedText);
+    EXPECT_NE(ring(QIcon::Normal), selectedText);
 }
 
 } // namespace
