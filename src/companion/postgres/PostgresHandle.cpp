@@ -246,14 +246,17 @@ ResultHandle PostgresHandle::nextResult(Moment deadline) {
     return ResultHandle(PQgetResult(connection_.get()));
 }
 
+PostgresHandle::Moment PostgresHandle::statementDeadline() const {
+    return limits_.statement.count() == 0 ? Moment::max()
+                                          : steady_clock::now() + limits_.statement + grace;
+}
+
 /// Waits for the results of what was sent; gives the last, throws the first that failed.
 ResultHandle PostgresHandle::finish(int sent) {
     if (sent == 0) {
         lose(ErrorKind::Unreachable, "the connection is lost.");
     }
-    const Moment deadline = limits_.statement.count() == 0
-                                ? Moment::max()
-                                : steady_clock::now() + limits_.statement + grace;
+    const Moment deadline = statementDeadline();
     flush(deadline);
     ResultHandle last;
     ResultHandle failed;
@@ -281,6 +284,38 @@ ResultHandle PostgresHandle::finish(int sent) {
 
 ResultHandle PostgresHandle::run(const std::string& sql) {
     return finish(PQsendQuery(connection_.get(), sql.c_str()));
+}
+
+ResultHandle PostgresHandle::runBound(const std::string& sql, const BoundValues& values) {
+    return finish(PQsendQueryParams(connection_.get(), sql.c_str(),
+                                    static_cast<int>(values.values.size()), nullptr,
+                                    values.values.data(), values.lengths.data(), nullptr, 0));
+}
+
+void PostgresHandle::beginCopy(const std::string& sql) {
+    const ResultHandle ready = run(sql);
+    if (PQresultStatus(ready.get()) != PGRES_COPY_IN) {
+        throw DatabaseError(ErrorKind::Other, "The database server takes no rows.");
+    }
+}
+
+void PostgresHandle::putCopy(std::string_view rows) {
+    const Moment deadline = statementDeadline();
+    for (;;) {
+        const int taken =
+            PQputCopyData(connection_.get(), rows.data(), static_cast<int>(rows.size()));
+        if (taken < 0) {
+            lose(ErrorKind::Unreachable, "the connection is lost.");
+        }
+        flush(deadline);
+        if (taken > 0) {
+            return;
+        }
+    }
+}
+
+void PostgresHandle::endCopy() {
+    finish(PQputCopyEnd(connection_.get(), nullptr) > 0 ? 1 : 0);
 }
 
 void PostgresHandle::prepare(const std::string& name, const std::string& sql,

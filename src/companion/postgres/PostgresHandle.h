@@ -10,6 +10,7 @@
 #include <libpq-fe.h>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kintar::companion::postgres {
@@ -50,6 +51,13 @@ public:
     ResultHandle run(const std::string& sql);
     void prepare(const std::string& name, const std::string& sql, const std::vector<Oid>& types);
     ResultHandle runPrepared(const std::string& name, const BoundValues& values);
+    /// The same, prepared for this once.
+    ResultHandle runBound(const std::string& sql, const BoundValues& values);
+
+    /// Rows in the server's own text form, into a `COPY … FROM STDIN`: all of them or none.
+    void beginCopy(const std::string& sql);
+    void putCopy(std::string_view rows);
+    void endCopy();
 
     /// For copying data in and out, and for measuring beside it.
     [[nodiscard]] PGconn* raw() const { return connection_.get(); }
@@ -63,6 +71,7 @@ private:
     bool connect(const ConnectionText::Parameters& parameters, bool readOnly, Moment deadline,
                  std::string& reason);
     ResultHandle finish(int sent);
+    [[nodiscard]] Moment statementDeadline() const;
     ResultHandle nextResult(Moment deadline);
     /// False where the time is over.
     bool await(short events, Moment deadline);

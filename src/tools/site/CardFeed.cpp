@@ -92,19 +92,31 @@ std::vector<CardEvent> CardFeed::events(int count) {
     return events;
 }
 
+std::string CardFeed::menusOf(std::int64_t profile) {
+    SiteStatement query(database_, "SELECT MenuID, Loc FROM MenuProfile WHERE PwProfileID = ? AND "
+                                   "View <> 0");
+    query.start(profile);
+    std::string menus;
+    while (query.next()) {
+        const std::int64_t menu = query.integer(0);
+        const std::int64_t loc = query.integer(1);
+        menus += (menus.empty() ? "" : ", ") +
+                 (menu == 2      ? std::string("cards")
+                  : menu == 1061 ? std::string("hidden fields")
+                                 : "menu " + std::to_string(menu)) +
+                 (loc == 0 ? std::string() : " at " + std::to_string(loc));
+    }
+    return menus;
+}
+
 std::vector<FeedOperator> CardFeed::operators() {
-    SiteStatement query(
-        database_,
-        "SELECT OPR.ID, AllMenus, (SELECT group_concat(CASE MenuID WHEN 2 THEN 'cards' WHEN 1061 "
-        "THEN "
-        "'hidden fields' ELSE 'menu ' || MenuID END || CASE Loc WHEN 0 THEN '' ELSE ' at ' || Loc "
-        "END, "
-        "', ') FROM MenuProfile WHERE PwProfileID = OPR.PwProfile AND \"View\" <> 0) FROM OPR "
-        "LEFT JOIN PwProfile ON PwProfile.ID = OPR.PwProfile ORDER BY OPR.ID LIMIT 1000");
+    SiteStatement query(database_,
+                        "SELECT OPR.ID, AllMenus, OPR.PwProfile FROM OPR LEFT JOIN PwProfile "
+                        "ON PwProfile.ID = OPR.PwProfile ORDER BY OPR.ID LIMIT 1000");
     query.start();
     std::vector<FeedOperator> all;
     while (query.next()) {
-        const std::string menus = query.text(2);
+        const std::string menus = menusOf(query.integer(2));
         const std::string rights = query.integer(1) != 0 ? "all rights"
                                    : menus.empty()       ? "no rights"
                                                          : menus;

@@ -47,6 +47,7 @@ private:
         std::string loc;
         std::string device;
     };
+    std::string menusOf(std::int64_t profile);
     Place placeIn(int locGrp, Random& random);
     std::optional<int> personFrom(int id);
 

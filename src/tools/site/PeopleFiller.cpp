@@ -35,13 +35,10 @@ std::string inventedText(std::string_view field, Random& random) {
 /// The prepared statements of one run over all persons.
 class PeopleFiller {
 public:
-    PeopleFiller(SiteDatabase& database, const SiteOptions& options)
-        : options_(options), names_(database, "INSERT INTO Names VALUES (?, ?, ?, ?, ?, ?, ?)"),
-          cards_(database, "INSERT INTO Cards VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-          uses_(database, "INSERT INTO LocCards VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-          fields_(database, "INSERT INTO UDF VALUES (?, ?, ?, ?)"),
-          skills_(database, "INSERT INTO Skills VALUES (?, ?)"),
-          images_(database, "INSERT INTO Images VALUES (?, ?, ?)") {}
+    PeopleFiller(SiteLoader& loader, const SiteOptions& options)
+        : options_(options), names_(loader, "Names"), cards_(loader, "Cards"),
+          uses_(loader, "LocCards"), fields_(loader, "UDF"), skills_(loader, "Skills"),
+          images_(loader, "Images") {}
 
     void add(const Person& person) {
         const std::optional<int> company =
@@ -103,21 +100,21 @@ private:
     }
 
     SiteOptions options_;
-    SiteStatement names_;
-    SiteStatement cards_;
-    SiteStatement uses_;
-    SiteStatement fields_;
-    SiteStatement skills_;
-    SiteStatement images_;
+    SiteRows names_;
+    SiteRows cards_;
+    SiteRows uses_;
+    SiteRows fields_;
+    SiteRows skills_;
+    SiteRows images_;
     int nextCard_ = 1;
     int nextUse_ = 1;
 };
 
 } // namespace
 
-void fillPeople(SiteDatabase& database, const SiteOptions& options) {
+void fillPeople(SiteLoader& loader, const SiteOptions& options) {
     const Persons persons(options.seed, options.photos);
-    PeopleFiller filler(database, options);
+    PeopleFiller filler(loader, options);
     for (int id = 1; id <= options.names; ++id) {
         filler.add(persons.person(id));
         options.checkpoint();

@@ -1,11 +1,11 @@
 // The rows of a site's persons: names, cards, card uses, fields, skills, photos.
 #pragma once
 
-#include "tools/site/SiteDatabase.h"
+#include "tools/site/SiteLoader.h"
 #include "tools/site/SiteOptions.h"
 
 namespace kintar::site {
 
-void fillPeople(SiteDatabase& database, const SiteOptions& options);
+void fillPeople(SiteLoader& loader, const SiteOptions& options);
 
 } // namespace kintar::site

@@ -9,10 +9,10 @@ namespace kintar::site {
 
 namespace {
 
-void fillGroups(SiteDatabase& database) {
-    SiteStatement locGrp(database, "INSERT INTO LocGrp VALUES (?)");
-    SiteStatement imageType(database, "INSERT INTO ImageType VALUES (?, ?, ?)");
-    SiteStatement udfName(database, "INSERT INTO UdfName VALUES (?, ?, ?, ?)");
+void fillGroups(SiteLoader& loader) {
+    SiteRows locGrp(loader, "LocGrp");
+    SiteRows imageType(loader, "ImageType");
+    SiteRows udfName(loader, "UdfName");
     for (const Group& group : groups()) {
         locGrp.run(group.locGrp);
         for (int type = 1; type <= 2; ++type) {
@@ -25,8 +25,8 @@ void fillGroups(SiteDatabase& database) {
     }
 }
 
-void fillSkillNames(SiteDatabase& database) {
-    SiteStatement insert(database, "INSERT INTO SKillName VALUES (?, ?, ?)");
+void fillSkillNames(SiteLoader& loader) {
+    SiteRows insert(loader, "SKillName");
     for (const Group& group : groups()) {
         for (int i = 0; i < group.skills; ++i) {
             insert.run(skillId(group.locGrp, i), skillNames()[static_cast<std::size_t>(i)],
@@ -35,10 +35,10 @@ void fillSkillNames(SiteDatabase& database) {
     }
 }
 
-void fillPlaces(SiteDatabase& database) {
-    SiteStatement loc(database, "INSERT INTO Loc VALUES (?, ?, ?, ?, ?)");
-    SiteStatement dev(database, "INSERT INTO Dev VALUES (?, ?, ?)");
-    SiteStatement point(database, "INSERT INTO IO VALUES (?, ?)");
+void fillPlaces(SiteLoader& loader) {
+    SiteRows loc(loader, "Loc");
+    SiteRows dev(loader, "Dev");
+    SiteRows point(loader, "IO");
     for (const Location& location : locations()) {
         loc.run(location.loc, location.locGrp, location.name, location.timeZone,
                 yesNo(location.dst));
@@ -48,23 +48,23 @@ void fillPlaces(SiteDatabase& database) {
         point.run(location.loc * 100 + 1, location.loc);
         point.run(location.loc * 100 + 2, location.loc);
     }
-    SiteStatement overrideGroup(database, "INSERT INTO OvrGrpName VALUES (?, ?)");
+    SiteRows overrideGroup(loader, "OvrGrpName");
     for (const Group& group : groups()) {
         overrideGroup.run(group.locGrp * 10, group.locGrp);
     }
 }
 
-void fillCompanies(SiteDatabase& database) {
-    SiteStatement insert(database, "INSERT INTO Company VALUES (?, ?, ?)");
+void fillCompanies(SiteLoader& loader) {
+    SiteRows insert(loader, "Company");
     for (const Company& company : companies()) {
         insert.run(company.locGrp, company.company, company.name);
     }
 }
 
-void fillOperators(SiteDatabase& database) {
-    SiteStatement opr(database, "INSERT INTO OPR VALUES (?, ?)");
-    SiteStatement profile(database, "INSERT INTO PwProfile VALUES (?, ?)");
-    SiteStatement right(database, "INSERT INTO MenuProfile VALUES (?, ?, ?, ?)");
+void fillOperators(SiteLoader& loader) {
+    SiteRows opr(loader, "OPR");
+    SiteRows profile(loader, "PwProfile");
+    SiteRows right(loader, "MenuProfile");
     std::set<int> profiles;
     for (const Operator& who : operators()) {
         opr.run(who.id, who.profile);
@@ -76,17 +76,17 @@ void fillOperators(SiteDatabase& database) {
             right.run(who.profile, menu.menu, menu.loc, yesNo(menu.view));
         }
     }
-    SiteStatement restriction(database, "INSERT INTO OprCompany VALUES (?, ?, ?)");
+    SiteRows restriction(loader, "OprCompany");
     restriction.run(restrictedOperator, 1, 1);
     restriction.run(restrictedOperator, 1, 3);
 }
 
-void fillTexts(SiteDatabase& database) {
-    SiteStatement text(database, "INSERT INTO Texts VALUES (?, ?)");
+void fillTexts(SiteLoader& loader) {
+    SiteRows text(loader, "Texts");
     for (const NumberedText& entry : texts()) {
         text.run(entry.number, entry.text);
     }
-    SiteStatement column(database, "INSERT INTO FormData VALUES (?, ?, ?, ?)");
+    SiteRows column(loader, "FormData");
     column.run("ListNAMESEARCH", 1, "Name", 3500);
     column.run("ListNAMESEARCH", 2, "Visitor", 900);
     column.run("ListNAMESEARCH", 3, "Trace", 900);
@@ -108,7 +108,7 @@ struct Schedule {
     int status;
 };
 
-void fillSchedules(SiteDatabase& database, const SiteOptions& options) {
+void fillSchedules(SiteLoader& loader, const SiteOptions& options) {
     // One begins off the quarters of an hour, one has a state that only its writer knows.
     constexpr std::array<Schedule, 7> schedules{{
         {101, 0, 1, 3, 1, 8 * 60, 120, "Duty officer", 1, 1},
@@ -119,29 +119,27 @@ void fillSchedules(SiteDatabase& database, const SiteOptions& options) {
         {10, 2, 1, 3, 5, 0, 24 * 60, "Duty officer", 1, 1},
         {20, 3, 4, 3, 6, 12 * 60 + 15, 15, "Harbour master", 3, 1},
     }};
-    SiteStatement insert(database,
-                         "INSERT INTO OvrSchedule (PointID, PointType, StartCmd, StopCmd, "
-                         "StartDate, StopDate, Opr, OprID, Status) "
-                         "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    SiteRows insert(loader, "OvrSchedule");
+    int id = 0;
     for (const Schedule& schedule : schedules) {
         const DateTime start =
             options.now.dateOnly().plusDays(schedule.startDays).plusMinutes(schedule.startMinutes);
-        insert.run(schedule.pointId, schedule.pointType, schedule.startCmd, schedule.stopCmd, start,
-                   start.plusMinutes(schedule.lengthMinutes), schedule.opr, schedule.oprId,
+        insert.run(++id, schedule.pointId, schedule.pointType, schedule.startCmd, schedule.stopCmd,
+                   start, start.plusMinutes(schedule.lengthMinutes), schedule.opr, schedule.oprId,
                    schedule.status);
     }
 }
 
 } // namespace
 
-void fillPlan(SiteDatabase& database, const SiteOptions& options) {
-    fillGroups(database);
-    fillSkillNames(database);
-    fillPlaces(database);
-    fillCompanies(database);
-    fillOperators(database);
-    fillTexts(database);
-    fillSchedules(database, options);
+void fillPlan(SiteLoader& loader, const SiteOptions& options) {
+    fillGroups(loader);
+    fillSkillNames(loader);
+    fillPlaces(loader);
+    fillCompanies(loader);
+    fillOperators(loader);
+    fillTexts(loader);
+    fillSchedules(loader, options);
 }
 
 } // namespace kintar::site

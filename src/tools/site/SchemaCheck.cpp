@@ -145,6 +145,12 @@ bool checkSchema(SiteDatabase& database, Findings& findings) {
 }
 
 bool hasColumn(SiteDatabase& database, const std::string& table, const std::string& column) {
+    if (database.server() != nullptr) {
+        SiteStatement query(database, "SELECT 1 FROM pg_attribute WHERE attrelid = to_regclass(?) "
+                                      "AND attname = ? AND NOT attisdropped");
+        query.start("public." + table, lowerCase(column));
+        return query.next();
+    }
     return kindOf(database, table) == "table" &&
            columnsOf(database, table).contains(lowerCase(column));
 }

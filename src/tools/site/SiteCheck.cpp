@@ -1,8 +1,10 @@
 #include "tools/site/SiteCheck.h"
 
+#include "companion/postgres/ConnectionText.h"
 #include "tools/site/FileCheck.h"
 #include "tools/site/Findings.h"
 #include "tools/site/SchemaCheck.h"
+#include "tools/site/ServerCheck.h"
 #include "tools/site/SiteDatabase.h"
 #include "tools/site/SiteError.h"
 #include "tools/site/SiteMaker.h"
@@ -32,22 +34,25 @@ void runStep(const char* where, Findings& findings, const std::function<void()>&
 }
 
 /// Null, with a finding, where there is no database to look at.
-std::unique_ptr<SiteDatabase> openDatabase(const fs::path& file, Findings& findings) {
+std::unique_ptr<SiteDatabase> openDatabase(const std::string& name, Findings& findings) {
     std::error_code error;
-    const fs::file_status status = fs::symlink_status(file, error);
-    if (!fs::is_regular_file(status)) {
+    const fs::file_status status = fs::symlink_status(name, error);
+    if (!companion::postgres::isConnectionText(name) && !fs::is_regular_file(status)) {
         findings.add(databasePlace,
-                     file.string() + (fs::exists(status) ? " is no regular file" : " is missing"));
+                     name + (fs::exists(status) ? " is no regular file" : " is missing"));
         return nullptr;
     }
     std::unique_ptr<SiteDatabase> database;
     runStep(databasePlace, findings,
-            [&] { database = std::make_unique<SiteDatabase>(file, SiteDatabase::Access::Read); });
+            [&] { database = std::make_unique<SiteDatabase>(name, SiteDatabase::Access::Read); });
     return database;
 }
 
 /// Whether the database is whole; a damaged one is not asked anything else.
 bool checkIntegrity(SiteDatabase& database, Findings& findings) {
+    if (database.server() != nullptr) {
+        return true; // the server's own affair
+    }
     bool whole = false;
     runStep(databasePlace, findings, [&] {
         SiteStatement query(database, "PRAGMA integrity_check(20)");
@@ -74,9 +79,15 @@ void checkTexts(const SiteSettings& settings, SiteDatabase& database, Findings& 
 void checkDatabase(const SiteSettings& settings, SiteDatabase& database, const KnowsZone& knowsZone,
                    Findings& findings) {
     bool complete = false;
-    runStep(databasePlace, findings, [&] { complete = checkSchema(database, findings); });
+    const bool onServer = database.server() != nullptr;
+    runStep(databasePlace, findings, [&] {
+        complete =
+            onServer ? checkServerSchema(database, findings) : checkSchema(database, findings);
+    });
     runStep(databasePlace, findings, [&] { checkTexts(settings, database, findings); });
-    runStep(databasePlace, findings, [&] { checkValues(database, findings); });
+    runStep(databasePlace, findings, [&] {
+        onServer ? checkServerValues(database, findings) : checkValues(database, findings);
+    });
     if (complete) {
         runStep(databasePlace, findings, [&] { checkRelations(database, findings); });
         if (knowsZone) {

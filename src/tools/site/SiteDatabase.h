@@ -1,29 +1,26 @@
-// The embedded database of a site, as the site tool writes and reads it.
+// The database of a site, as the site tool reads it, and writes a file of the embedded engine.
 #pragma once
 
-#include "base/DateTime.h"
+#include "companion/postgres/PostgresHandle.h"
+#include "tools/site/SiteValue.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace kintar::site {
 
-/// True as -1, False as 0.
-enum class YesNo : std::int8_t { Yes = -1, No = 0 };
-constexpr YesNo yesNo(bool value) {
-    return value ? YesNo::Yes : YesNo::No;
-}
-
 class SiteDatabase;
 
-/// A prepared statement. Must not outlive its database.
+/// A statement of plain SQL, its parameters written `?`. Must not outlive its database.
 class SiteStatement {
 public:
     SiteStatement(SiteDatabase& database, const std::string& sql);
@@ -37,6 +34,8 @@ public:
         (bind(++position, values), ...);
         finish();
     }
+    /// The same for a row whose values are only known now.
+    void runRow(std::span<const SiteValue> row);
     /// Binds the values in order; `next` then goes through the rows.
     template <class... Values>
     void start(const Values&... values) {
@@ -74,29 +73,43 @@ private:
             bind(position, nullptr);
         }
     }
+    void keep(std::optional<std::string> text);
+    bool nextOnServer();
     void check(int result) const;
     void reset();
     void finish();
 
     SiteDatabase* database_;
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+    // On a server:
+    std::string sql_;
+    companion::postgres::BoundValues values_;
+    std::vector<bool> isNull_;
+    companion::postgres::ResultHandle rows_;
+    int row_ = -1;
     bool copyTexts_ = true;
 };
 
-/// A connection. Every failure is a SiteError that names the file.
+/// A connection to a file of the embedded engine or to a database server. Every failure is a
+/// SiteError that names the database.
 class SiteDatabase {
 public:
     enum class Access : std::uint8_t { Create, Read };
 
     /// Read: the file must be there and is never written, whatever it holds. Nothing in it is
     /// trusted: no views or triggers that call functions, no double-quoted text, limits on size.
-    SiteDatabase(const std::filesystem::path& file, Access access);
+    SiteDatabase(const std::string& database, Access access);
 
     /// An empty database in memory.
     SiteDatabase();
 
     void execute(const std::string& sql);
     [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
+    /// Null for a file.
+    [[nodiscard]] companion::postgres::PostgresHandle* server() const { return server_.get(); }
+    /// Runs what asks the server; its errors become ours.
+    companion::postgres::ResultHandle ask(const std::string& sql,
+                                          const companion::postgres::BoundValues& values) const;
     [[noreturn]] void fail() const;
 
 private:
@@ -104,8 +117,9 @@ private:
         void operator()(sqlite3* handle) const;
     };
 
-    std::filesystem::path file_;
+    std::string name_;
     std::unique_ptr<sqlite3, Close> handle_;
+    std::unique_ptr<companion::postgres::PostgresHandle> server_;
 };
 
 } // namespace kintar::site

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <fstream>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace kintar::site {
 
@@ -81,8 +83,9 @@ std::string missingPhotos(const std::vector<Person>& people) {
     return text;
 }
 
-std::string settingsText() {
-    return std::string("[Site]\nDatabase=") + databaseFile + "\nData=" + dataFolder +
+std::string settingsText(const SiteOptions& options) {
+    return std::string("[Site]\nDatabase=") +
+           (options.database.empty() ? databaseFile : options.database) + "\nData=" + dataFolder +
            "\nTexts=Texts\n";
 }
 
@@ -110,15 +113,23 @@ RowCounts makeSite(const fs::path& folder, const SiteOptions& options, const Pho
     removeAbandoned(place);
     UnfinishedFolder unfinished(place);
     const fs::path& root = unfinished.path();
-    writeFiles(root, options, photos);
-    RowCounts counts;
-    {
-        SiteDatabase database(root / databaseFile, SiteDatabase::Access::Create);
-        counts = fillSite(database, options);
+    const std::string database =
+        options.database.empty() ? (root / databaseFile).string() : options.database;
+    std::unique_ptr<SiteLoader> loader;
+    if (!options.database.empty()) {
+        // A server that cannot take the site should say so before the photos are drawn.
+        loader = newLoader(database);
     }
+    writeFiles(root, options, photos);
+    loader = loader ? std::move(loader) : newLoader(database);
+    fillSite(*loader, options);
     options.checkpoint();
+    loader->commit();
+    loader.reset();
+    SiteDatabase filled(database, SiteDatabase::Access::Read);
+    RowCounts counts = countRows(filled);
     // Last, so that a folder left by a lost machine is no site.
-    writeText(root / settingsFile, settingsText());
+    writeText(root / settingsFile, settingsText(options));
     unfinished.moveTo(place, permissionsFor(place, root / dataFolder));
     return counts;
 }

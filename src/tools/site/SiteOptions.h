@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace kintar::site {
 
@@ -13,8 +14,9 @@ inline constexpr int mostNames = 5'000'000;
 struct SiteOptions {
     int names = 500;
     std::uint64_t seed = 1;
-    int photos = 500; ///< only the persons up to this ID may have a photo
-    DateTime now;     ///< the moment that recent card uses lie before
+    int photos = 500;       ///< only the persons up to this ID may have a photo
+    std::string database{}; ///< connection text of an empty database on a server; empty: a file
+    DateTime now;           ///< the moment that recent card uses lie before
     /// Called every now and then, on any thread, while the site is made; what it throws ends that.
     std::function<void()> checkpoint = [] {};
 };

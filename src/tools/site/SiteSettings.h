@@ -10,7 +10,7 @@
 namespace kintar::site {
 
 struct SiteSettings {
-    std::filesystem::path database;
+    std::string database; ///< a file, or a connection text
     std::filesystem::path data;
     std::string textsTable;
 };

@@ -48,6 +48,9 @@ CLI::App* addCreate(CLI::App& program, CreateArguments& arguments) {
     create->add_option("--names", arguments.options.names, "How many persons")
         ->check(CLI::Range(0, site::mostNames))
         ->capture_default_str();
+    create->add_option("--database", arguments.options.database,
+                       "Keep the data on a database server: postgresql://host/name of an empty "
+                       "database (passwords belong into ~/.pgpass)");
     create->add_option("--seed", arguments.options.seed, "Another seed, other data")
         ->capture_default_str();
     create->add_option("--photos", arguments.options.photos, "Only the first so many have photos")

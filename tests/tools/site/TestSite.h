@@ -42,7 +42,8 @@ inline std::string contentOf(const std::filesystem::path& file) {
 
 class TestSite {
 public:
-    explicit TestSite(int names = 60, std::uint64_t seed = 1) {
+    explicit TestSite(int names = 60, std::uint64_t seed = 1, const std::string& database = {}) {
+        options.database = database;
         options.names = names;
         options.seed = seed;
         options.now = testNow();

@@ -1,0 +1,96 @@
+"""A private PostgreSQL server in a folder of its own, started and stopped by tests."""
+
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+
+from desktop import await_true
+
+UNPRIVILEGED = "nobody"
+
+
+class DatabaseServer:
+    def __init__(self):
+        self._programs = subprocess.run(
+            ["pg_config", "--bindir"], check=True, capture_output=True, text=True
+        ).stdout.strip()
+        # A socket's whole path has to be short.
+        self.folder = tempfile.mkdtemp(prefix="kintar-pg-", dir="/tmp")
+        os.chmod(self.folder, 0o755)
+        if os.geteuid() == 0:
+            shutil.chown(self.folder, UNPRIVILEGED)
+        initdb = ("-D", self._data, "-U", "kintar", "-E", "UTF8", "--locale=C", "-A", "trust")
+        subprocess.run(self._command("initdb", *initdb, "-N"), check=True, capture_output=True)
+        self._process = None
+        self.start()
+
+    @property
+    def _data(self):
+        return os.path.join(self.folder, "data")
+
+    def _command(self, name, *arguments):
+        """The server refuses to run as root; it ends with the test that started it."""
+        wrapper = ["setpriv", "--pdeathsig=QUIT"]
+        if os.geteuid() == 0:
+            wrapper += [f"--reuid={UNPRIVILEGED}", "--regid=nogroup", "--clear-groups"]
+        return wrapper + [os.path.join(self._programs, name), *arguments]
+
+    def start(self):
+        with open(os.path.join(self.folder, "log"), "ab") as log:
+            options = ("-k", self.folder, "-c", "listen_addresses=", "-c", "fsync=off")
+            self._process = subprocess.Popen(
+                self._command("postgres", "-D", self._data, *options), stdout=log, stderr=log
+            )
+        ready = [os.path.join(self._programs, "pg_isready"), "-q", "-h", self.folder]
+        await_true(
+            lambda: subprocess.run(ready).returncode == 0, 60, what="the database server to start"
+        )
+
+    def _end(self, how):
+        self._process.send_signal(how)
+        self._process.wait(timeout=60)
+
+    def stop(self):
+        """As an administrator stops it: everybody is hung up on."""
+        self._end(signal.SIGINT)
+
+    def kill(self):
+        """As a power cut would: nothing is finished, nobody is told."""
+        self._end(signal.SIGQUIT)
+
+    def pause(self):
+        """The server neither answers nor hangs up any more, as behind a dead network."""
+        self._signal_all(signal.SIGSTOP)
+
+    def resume(self):
+        self._signal_all(signal.SIGCONT)
+
+    def _signal_all(self, how):
+        """The server and its children: each connection is a process."""
+        children = subprocess.run(
+            ["ps", "-o", "pid=", "--ppid", str(self._process.pid)], capture_output=True, text=True
+        ).stdout.split()
+        for process in [self._process.pid, *map(int, children)]:
+            os.kill(process, how)
+
+    def make_database(self, name):
+        self.sql("postgres", f"CREATE DATABASE {name} TEMPLATE template0")
+        return f"postgresql://kintar@/{name}?host={self.folder}"
+
+    def sql(self, database, statement):
+        """Rows as lists of texts, as psql shows them to any program."""
+        program = [os.path.join(self._programs, "psql"), "-X", "-At", "-h", self.folder]
+        found = subprocess.run(
+            [*program, "-U", "kintar", "-d", database, "-v", "ON_ERROR_STOP=1", "-c", statement],
+            check=True,
+            capture_output=True,
+            text=True,
+        )
+        return [line.split("|") for line in found.stdout.splitlines()]
+
+    def close(self):
+        if self._process.poll() is None:
+            self.kill()
+        shutil.rmtree(self.folder, ignore_errors=True)
