@@ -59,7 +59,8 @@ SiteDatabase::SiteDatabase(const std::string& database, Access access) : name_(d
     }
     const int flags = access == Access::Read
                           ? SQLITE_OPEN_READONLY
-                          : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXCLUSIVE;
+                          : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE |
+                                (access == Access::Create ? SQLITE_OPEN_EXCLUSIVE : 0);
     sqlite3* handle = nullptr;
     const int result = sqlite3_open_v2(database.c_str(), &handle, flags, nullptr);
     handle_.reset(handle);

@@ -94,10 +94,11 @@ private:
 /// SiteError that names the database.
 class SiteDatabase {
 public:
-    enum class Access : std::uint8_t { Create, Read };
+    enum class Access : std::uint8_t { Create, Read, Write };
 
-    /// Read: the file must be there and is never written, whatever it holds. Nothing in it is
-    /// trusted: no views or triggers that call functions, no double-quoted text, limits on size.
+    /// Create: a file must not be there yet. Write: it may. Read: it must be there and is never
+    /// written, whatever it holds. Nothing in it is trusted: no views or triggers that call
+    /// functions, no double-quoted text, limits on size.
     SiteDatabase(const std::string& database, Access access);
 
     /// An empty database in memory.

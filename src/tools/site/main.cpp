@@ -6,6 +6,7 @@
 #include "tools/site/Interruption.h"
 #include "tools/site/PhotoWriter.h"
 #include "tools/site/SiteCheck.h"
+#include "tools/site/SiteCopy.h"
 #include "tools/site/SiteError.h"
 #include "tools/site/SiteMaker.h"
 #include "tools/site/SiteSettings.h"
@@ -16,6 +17,7 @@
 
 #include <ctime>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -150,6 +152,59 @@ int runCheck(const std::string& folder) {
     return findings.empty() ? 0 : 1;
 }
 
+struct CopyArguments {
+    std::string from;
+    std::string to;
+};
+
+CLI::App* addCopy(CLI::App& program, CopyArguments& arguments) {
+    CLI::App* copy = program.add_subcommand(
+        "copy", "Copy a site's data to another database and compare both row by row");
+    copy->add_option("FROM", arguments.from, "Folder of a site, a database file, or postgresql://…")
+        ->required();
+    copy->add_option("TO", arguments.to, "A new database file, or postgresql://… of an empty one")
+        ->required();
+    copy->footer("Interrupted, it can be run again and goes on where it ended. FROM is only read; "
+                 "name TO in\nkintar3.ini afterwards. Passwords belong into ~/.pgpass.");
+    return copy;
+}
+
+/// The database of a site where a folder is named.
+std::string databaseOf(const std::string& named) {
+    if (!std::filesystem::is_directory(named)) {
+        return named;
+    }
+    site::Findings findings;
+    const auto settings = site::readSettings(named, findings);
+    if (!settings) {
+        throw site::SiteError(named + " is no site: " + findings.lines().front());
+    }
+    return settings->database;
+}
+
+int runCopy(const CopyArguments& arguments) {
+    site::noteInterruptions();
+    const site::CopyOptions options{
+        site::throwIfInterrupted, [](const std::string& line) { std::cout << line << std::endl; }};
+    try {
+        const site::CopyOutcome outcome =
+            site::copySite(databaseOf(arguments.from), arguments.to, options);
+        long long rows = 0;
+        for (const auto& [table, count] : outcome.rows) {
+            rows += count;
+        }
+        for (const std::string& table : outcome.leftOut) {
+            std::cout << "left out: " << table << ", which is no table of a site\n";
+        }
+        std::cout << rows << " rows in " << outcome.rows.size() << " tables are equal on both sides"
+                  << std::endl;
+    } catch (const site::Interrupted& interrupted) {
+        std::cerr << "kintar-site: interrupted; the same command goes on where it ended\n";
+        site::endBy(interrupted.signal());
+    }
+    return 0;
+}
+
 int run(int argc, char** argv) {
     CLI::App program("Makes sites with invented data, and says what is wrong with a site.");
     program.require_subcommand(1);
@@ -162,11 +217,16 @@ int run(int argc, char** argv) {
                          "findings; 2: wrong usage.");
     FeedArguments feed;
     const CLI::App* feedCommand = addFeed(program, feed);
+    CopyArguments copy;
+    const CLI::App* copyCommand = addCopy(program, copy);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         const int status = program.exit(error);
         return status == 0 ? 0 : 2;
+    }
+    if (copyCommand->parsed()) {
+        return runCopy(copy);
     }
     if (feedCommand->parsed()) {
         return runFeed(feed, feedCommand->count("--person") > 0);
