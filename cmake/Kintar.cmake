@@ -20,25 +20,46 @@ if(KINTAR_CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${KINTAR_CCACHE})
 endif()
 
-# kintar_logic(NAME SOURCES… LINK…): plain C++ and the standard library; no toolkit on the include path.
+# kintar_needs(TARGET…): leaves the calling function where only logic is built and one is not there.
+macro(kintar_needs)
+    if(KINTAR_LOGIC_ONLY)
+        foreach(needed ${ARGN})
+            if(NOT TARGET ${needed})
+                return()
+            endif()
+        endforeach()
+    endif()
+endmacro()
+
+# kintar_logic(NAME SOURCES… LINK… [INCLUDE…]): plain C++ and the standard library; no toolkit on the
+# include path.
 function(kintar_logic name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;INCLUDE" ${ARGN})
+    kintar_needs(${ARG_LINK})
     add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE ${ARG_INCLUDE})
+    target_link_libraries(${name} PUBLIC kintar_options ${ARG_LINK})
+endfunction()
+
+# kintar_adapter(NAME SOURCES… LINK…): adapters that use the toolkit, or the bus, without windows.
+function(kintar_adapter name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    kintar_needs(${ARG_LINK})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
     target_link_libraries(${name} PUBLIC kintar_options ${ARG_LINK})
 endfunction()
 
 # kintar_windows(NAME SOURCES… LINK…): forms, facades and adapters that use Qt Widgets.
 function(kintar_windows name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-    add_library(${name} STATIC ${ARG_SOURCES})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
-    target_compile_definitions(${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
-    target_link_libraries(${name} PUBLIC kintar_options Qt6::Widgets ${ARG_LINK})
+    kintar_adapter(${name} ${ARGN} LINK Qt6::Widgets)
 endfunction()
 
 # kintar_program(NAME SOURCES… LINK…): an executable in bin/ that is installed.
 function(kintar_program name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    kintar_needs(${ARG_LINK})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE kintar_options ${ARG_LINK})
     set_property(GLOBAL APPEND PROPERTY KINTAR_PROGRAMS ${name})

@@ -116,7 +116,7 @@ void NameFinder::readResult() {
     });
 }
 
-QDBusPendingCallWatcher* NameFinder::call(QDBusMessage message) {
+QDBusPendingCallWatcher* NameFinder::call(const QDBusMessage& message) {
     auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(message, callTimeout), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();

@@ -37,7 +37,7 @@ private:
     void openDialog();
     void showDialog();
     void readResult();
-    QDBusPendingCallWatcher* call(QDBusMessage message);
+    QDBusPendingCallWatcher* call(const QDBusMessage& message);
     QDBusPendingCallWatcher* set(const QString& property, const QVariant& value);
     void forgetObject();
 

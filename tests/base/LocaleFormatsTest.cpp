@@ -13,7 +13,7 @@ const LocaleFormats iso{"yyyy-MM-dd", "HH:mm:ss"};
 const LocaleFormats korean{"yyyy. M. d.", "AP h:mm:ss"};
 const LocaleFormats finnish{"d.M.yyyy", "H.mm.ss"};
 
-DateTime at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+DateTime moment(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     return DateTime::fromFields(year, month, day, hour, minute, second).value();
 }
 
@@ -27,33 +27,34 @@ void expectUnreadable(const LocaleFormats& formats, std::string_view text) {
 }
 
 TEST(LocaleFormats, WritesTheShortDateWithFourDigitYears) {
-    EXPECT_EQ(american.formatShortDate(at(2012, 3, 14)), "3/14/2012");
-    EXPECT_EQ(german.formatShortDate(at(2012, 3, 4)), "04.03.2012");
-    EXPECT_EQ(american.formatShortDate(at(9999, 12, 31)), "12/31/9999");
-    EXPECT_EQ(iso.formatShortDate(at(199, 3, 4)), "0199-03-04");
+    EXPECT_EQ(american.formatShortDate(moment(2012, 3, 14)), "3/14/2012");
+    EXPECT_EQ(german.formatShortDate(moment(2012, 3, 4)), "04.03.2012");
+    EXPECT_EQ(american.formatShortDate(moment(9999, 12, 31)), "12/31/9999");
+    EXPECT_EQ(iso.formatShortDate(moment(199, 3, 4)), "0199-03-04");
 }
 
 TEST(LocaleFormats, WritesTheLongTime) {
-    EXPECT_EQ(american.formatLongTime(at(2012, 3, 14, 17, 5)), "5:05:00 PM");
-    EXPECT_EQ(american.formatLongTime(at(2012, 3, 14, 0, 5)), "12:05:00 AM");
-    EXPECT_EQ(american.formatLongTime(at(2012, 3, 14, 12, 0)), "12:00:00 PM");
-    EXPECT_EQ(german.formatLongTime(at(2012, 3, 14, 5, 5, 9)), "05:05:09");
-    EXPECT_EQ(korean.formatLongTime(at(2012, 3, 14, 17, 5)), "PM 5:05:00");
+    EXPECT_EQ(american.formatLongTime(moment(2012, 3, 14, 17, 5)), "5:05:00 PM");
+    EXPECT_EQ(american.formatLongTime(moment(2012, 3, 14, 0, 5)), "12:05:00 AM");
+    EXPECT_EQ(american.formatLongTime(moment(2012, 3, 14, 12, 0)), "12:00:00 PM");
+    EXPECT_EQ(german.formatLongTime(moment(2012, 3, 14, 5, 5, 9)), "05:05:09");
+    EXPECT_EQ(korean.formatLongTime(moment(2012, 3, 14, 17, 5)), "PM 5:05:00");
 }
 
 TEST(LocaleFormats, GeneralDateShowsNoTimeAtMidnight) {
-    EXPECT_EQ(american.formatGeneralDate(at(2012, 3, 14, 17, 5)), "3/14/2012 5:05:00 PM");
-    EXPECT_EQ(american.formatGeneralDate(at(2012, 3, 14)), "3/14/2012");
+    EXPECT_EQ(american.formatGeneralDate(moment(2012, 3, 14, 17, 5)), "3/14/2012 5:05:00 PM");
+    EXPECT_EQ(american.formatGeneralDate(moment(2012, 3, 14)), "3/14/2012");
 }
 
 TEST(LocaleFormats, TheTimeOfTheCommandFileBeginsWithABlank) {
-    EXPECT_EQ(formatBlankTime24(at(2012, 3, 14, 17, 5)), " 17:05:00");
+    EXPECT_EQ(formatBlankTime24(moment(2012, 3, 14, 17, 5)), " 17:05:00");
 }
 
 TEST(LocaleFormats, ReadsWhatItWritesInEveryLocale) {
     for (const LocaleFormats& formats : {american, german, iso, korean, finnish}) {
-        for (const DateTime value : {at(2012, 3, 14, 17, 5), at(2012, 11, 9, 0, 0, 1),
-                                     at(9999, 12, 31, 12, 59, 59), at(100, 1, 1), DateTime()}) {
+        for (const DateTime value :
+             {moment(2012, 3, 14, 17, 5), moment(2012, 11, 9, 0, 0, 1),
+              moment(9999, 12, 31, 12, 59, 59), moment(100, 1, 1), DateTime()}) {
             EXPECT_EQ(formats.parse(formats.formatGeneralDate(value)), value)
                 << formats.formatGeneralDate(value);
             EXPECT_EQ(formats.parse(value.iso()), value);
@@ -64,15 +65,15 @@ TEST(LocaleFormats, ReadsWhatItWritesInEveryLocale) {
 }
 
 TEST(LocaleFormats, ATimeAloneLiesOnTheDayZero) {
-    EXPECT_EQ(american.parse("5:05:00 PM"), at(1899, 12, 30, 17, 5));
-    EXPECT_EQ(american.parse("17:05"), at(1899, 12, 30, 17, 5));
-    EXPECT_EQ(american.parse(" 5:05pm "), at(1899, 12, 30, 17, 5));
-    EXPECT_EQ(finnish.parse("7.05"), at(1899, 12, 30, 7, 5));
+    EXPECT_EQ(american.parse("5:05:00 PM"), moment(1899, 12, 30, 17, 5));
+    EXPECT_EQ(american.parse("17:05"), moment(1899, 12, 30, 17, 5));
+    EXPECT_EQ(american.parse(" 5:05pm "), moment(1899, 12, 30, 17, 5));
+    EXPECT_EQ(finnish.parse("7.05"), moment(1899, 12, 30, 7, 5));
 }
 
 TEST(LocaleFormats, TheOrderOfDayAndMonthIsTheLocales) {
-    EXPECT_EQ(american.parse("3/4/2012"), at(2012, 3, 4));
-    EXPECT_EQ(german.parse("3.4.2012"), at(2012, 4, 3));
+    EXPECT_EQ(american.parse("3/4/2012"), moment(2012, 3, 4));
+    EXPECT_EQ(german.parse("3.4.2012"), moment(2012, 4, 3));
 }
 
 TEST(LocaleFormats, RaisesATypeMismatchForWhatIsNoDate) {

@@ -25,8 +25,6 @@ protected:
     InstanceRegistry registry{3};
 };
 
-} // namespace
-
 TEST_F(InstanceRegistryTest, AnInstanceIsFoundUnderItsPathOncePublished) {
     Instance* reserved = registry.reserve(publicClass, ":1.1");
     EXPECT_EQ(reserved->path, "/net/tarnholm/Kintar3/objPlain/1");
@@ -87,4 +85,5 @@ TEST_F(InstanceRegistryTest, TakingTwiceGivesNothing) {
     EXPECT_EQ(registry.take(copy), nullptr);
 }
 
+} // namespace
 } // namespace kintar::host

@@ -55,7 +55,7 @@ protected:
     }
 
     testing::ScratchFolder folder;
-    PhotoWorkerPool pool{KINTAR_PHOTO_WORKER};
+    PhotoWorkerPool pool{KINTAR3_PHOTO};
 };
 
 TEST_F(PhotoWorkerPoolTest, ShowsJpegPngBmpAndTiffFiles) {

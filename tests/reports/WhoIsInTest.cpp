@@ -161,9 +161,9 @@ TEST(WhoIsIn, CountsOnFromTheFirstBuildInASecondOne) {
 TEST(WhoIsIn, IsPrivateToTheUserAndLeavesNothingElse) {
     ReportSite site;
     ASSERT_TRUE(site.build());
-    struct stat status {};
-    ASSERT_EQ(stat((site.folder / "temp/InRpt.Mdb").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+    struct stat found {};
+    ASSERT_EQ(stat((site.folder / "temp/InRpt.Mdb").c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 0777U, 0600U);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(site.folder / "temp"), {}), 1);
 }
 

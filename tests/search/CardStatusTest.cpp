@@ -7,9 +7,9 @@
 namespace kintar::search {
 namespace {
 
+using testing::null;
 using testing::Row;
 using testing::TwinDatabase;
-constexpr std::monostate null;
 using Statements = std::vector<std::string>;
 
 const std::string useStatement =

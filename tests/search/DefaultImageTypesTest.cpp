@@ -11,17 +11,17 @@ namespace {
 using testing::Row;
 using testing::TwinDatabase;
 
-const std::string statement = "SELECT LocGrp, Num FROM ImageType WHERE DefaultImage <> 0";
+const std::string typeStatement = "SELECT LocGrp, Num FROM ImageType WHERE DefaultImage <> 0";
 
 TEST(DefaultImageTypes, AreFoundByLocationGroup) {
     TwinDatabase twin;
-    twin.record.answer(statement, {"LocGrp", "Num"}, {Row{1, 4}, Row{12, 2}, Row{-3, 7}});
+    twin.record.answer(typeStatement, {"LocGrp", "Num"}, {Row{1, 4}, Row{12, 2}, Row{-3, 7}});
     DefaultImageTypes types;
     types.LoadDefaultImageTypes(twin.database);
     EXPECT_EQ(types.of(1), 4);
     EXPECT_EQ(types.of(12), 2);
     EXPECT_EQ(types.of(-3), 7);
-    EXPECT_EQ(twin.record.takeStatements(), std::vector<std::string>{statement});
+    EXPECT_EQ(twin.record.takeStatements(), std::vector<std::string>{typeStatement});
 }
 
 TEST(DefaultImageTypes, AGroupWithoutOneIsAnInvalidKey) {
@@ -35,7 +35,7 @@ TEST(DefaultImageTypes, AGroupWithoutOneIsAnInvalidKey) {
 
 TEST(DefaultImageTypes, ASecondOneOfAGroupIsADuplicateKey) {
     TwinDatabase twin;
-    twin.record.answer(statement, {"LocGrp", "Num"}, {Row{1, 4}, Row{1, 5}});
+    twin.record.answer(typeStatement, {"LocGrp", "Num"}, {Row{1, 4}, Row{1, 5}});
     DefaultImageTypes types;
     try {
         types.LoadDefaultImageTypes(twin.database);

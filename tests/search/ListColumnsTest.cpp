@@ -7,16 +7,17 @@
 namespace kintar::search {
 namespace {
 
+using testing::null;
 using testing::Row;
 using testing::TwinDatabase;
-constexpr std::monostate null;
 
-const std::string statement = "SELECT * FROM FormData WHERE FORM = 'ListNAMESEARCH' ORDER BY INDEX";
+const std::string columnStatement =
+    "SELECT * FROM FormData WHERE FORM = 'ListNAMESEARCH' ORDER BY INDEX";
 
 TEST(ListColumns, AreTheSitesInTheirOrder) {
     TwinDatabase twin;
     twin.record.answer(
-        statement, {"FORM", "INDEX", "Caption", "Width"},
+        columnStatement, {"FORM", "INDEX", "Caption", "Width"},
         {Row{"ListNAMESEARCH", 1, "Name", 2400}, Row{"ListNAMESEARCH", 2, "Visitor", 900}});
     const auto columns = readListColumns(twin.database);
     ASSERT_EQ(columns.size(), 2U);
@@ -24,12 +25,12 @@ TEST(ListColumns, AreTheSitesInTheirOrder) {
     EXPECT_EQ(columns[0].width, 2400);
     EXPECT_EQ(columns[1].caption, "Visitor");
     EXPECT_EQ(columns[1].width, 900);
-    EXPECT_EQ(twin.record.takeStatements(), std::vector<std::string>{statement});
+    EXPECT_EQ(twin.record.takeStatements(), std::vector<std::string>{columnStatement});
 }
 
 TEST(ListColumns, AMissingCaptionIsEmptyAndAWidthIsNeverNegative) {
     TwinDatabase twin;
-    twin.record.answer(statement, {"Caption", "Width"}, {Row{null, null}, Row{"x", -5}});
+    twin.record.answer(columnStatement, {"Caption", "Width"}, {Row{null, null}, Row{"x", -5}});
     const auto columns = readListColumns(twin.database);
     ASSERT_EQ(columns.size(), 2U);
     EXPECT_EQ(columns[0].caption, "");

@@ -8,9 +8,9 @@
 namespace kintar::search {
 namespace {
 
+using testing::null;
 using testing::recordset;
 using testing::Row;
-constexpr std::monostate null;
 
 const std::vector<std::string> nameColumns{"ID", "Name", "Visitor:b", "Trace:b", "COMPNAME"};
 

@@ -18,6 +18,7 @@ namespace kintar::testing {
 
 using Cell = std::variant<std::monostate, int, std::string>;
 using Row = std::vector<Cell>;
+constexpr std::monostate null;
 
 /// Rows under named columns; `:b` behind a name makes the column Yes/No, `:d` a date-time.
 inline Recordset recordset(const std::vector<std::string>& columns, const std::vector<Row>& rows) {

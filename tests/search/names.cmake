@@ -7,10 +7,9 @@ kintar_test(search_test
 kintar_test(search_windows_test
     SOURCES frmNameSearchDetailTest.cpp frmNameSearchFillTest.cpp frmNameSearchTest.cpp
             objNameSearchTest.cpp ../support/WindowMain.cpp
-    LINK kintar_search_windows Qt6::Test WINDOW)
+    LINK kintar_search_windows WINDOW)
 
 kintar_test(search_rows_test
     SOURCES NameQueryRowsTest.cpp ../companion/SiteFolder.cpp
-    LINK kintar_search kintar_companion kintar_cluster)
-target_compile_definitions(search_rows_test PRIVATE
-    KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")
+    LINK kintar_search kintar_companion kintar_cluster
+    DEFINE KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")

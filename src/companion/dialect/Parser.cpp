@@ -117,7 +117,7 @@ FromItem Parser::join() {
         made->right = table();
         reader_.expectKeyword("ON");
         made->condition = expressions_.expression();
-        left.item = std::move(made);
+        left = FromItem{std::move(made)};
     }
     return left;
 }
@@ -130,9 +130,7 @@ FromItem Parser::table() {
         return inside;
     }
     std::unique_ptr<TableSource> source = tableName();
-    if (reader_.takeKeyword("AS")) {
-        source->alias = reader_.expectName("a name");
-    } else if (reader_.atName()) {
+    if (reader_.takeKeyword("AS") || reader_.atName()) {
         source->alias = reader_.expectName("a name");
     }
     return {std::move(source)};
