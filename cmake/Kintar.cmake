@@ -5,8 +5,12 @@ include(GNUInstallDirs)
 add_library(kintar_options INTERFACE)
 target_include_directories(kintar_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(kintar_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+    -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
     -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
+if(NOT CMAKE_UNITY_BUILD)
+    # Several sources compiled as one shadow each other's names.
+    target_compile_options(kintar_options INTERFACE -Wshadow)
+endif()
 if(KINTAR_SANITIZE)
     target_compile_options(kintar_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)

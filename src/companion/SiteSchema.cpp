@@ -146,10 +146,6 @@ constexpr std::array<std::pair<ColumnType, std::string_view>, 5> declarations{{
     {ColumnType::DateTime, "DATETIME"},
 }};
 
-std::string quoted(const std::string& name) {
-    return '"' + name + '"';
-}
-
 std::string indexName(const TableDefinition& table, int number) {
     return table.name + "Index" + std::to_string(number);
 }
@@ -175,7 +171,7 @@ std::vector<std::string> statisticsOf(const TableDefinition& table) {
 }
 
 std::string columnClause(const ColumnDefinition& column) {
-    std::string clause = quoted(column.name) + ' ' + std::string(declaredType(column.type));
+    std::string clause = quotedName(column.name) + ' ' + std::string(declaredType(column.type));
     if (column.key != KeyKind::None) {
         clause += " PRIMARY KEY";
     }
@@ -196,6 +192,10 @@ const std::vector<TableDefinition>& siteTables() {
         return all;
     }();
     return tables;
+}
+
+std::string quotedName(const std::string& name) {
+    return '"' + name + '"';
 }
 
 std::string_view declaredType(ColumnType type) {
@@ -224,12 +224,12 @@ std::vector<std::string> createStatements(const TableDefinition& table) {
     for (const ColumnDefinition& column : table.columns) {
         columns += (columns.empty() ? "" : ", ") + columnClause(column);
     }
-    std::vector<std::string> statements{"CREATE TABLE " + quoted(table.name) + " (" + columns +
+    std::vector<std::string> statements{"CREATE TABLE " + quotedName(table.name) + " (" + columns +
                                         ")"};
     int number = 0;
     for (const IndexDefinition& index : table.indexes) {
-        statements.push_back("CREATE INDEX " + quoted(indexName(table, ++number)) + " ON " +
-                             quoted(table.name) + " (" + index.columns + ")");
+        statements.push_back("CREATE INDEX " + quotedName(indexName(table, ++number)) + " ON " +
+                             quotedName(table.name) + " (" + index.columns + ")");
     }
     return statements;
 }

@@ -33,25 +33,21 @@ std::string makePrivateFile(const std::string& path) {
     return name;
 }
 
-std::string quoted(const std::string& name) {
-    return '"' + name + '"';
-}
-
 std::string tableStatement(const ReportTable& table) {
     std::string columns;
     for (const ReportColumn& column : table.columns) {
-        columns += (columns.empty() ? "" : ", ") + quoted(column.name) + ' ' +
+        columns += (columns.empty() ? "" : ", ") + quotedName(column.name) + ' ' +
                    std::string(declaredType(column.type));
     }
-    return "CREATE TABLE " + quoted(table.name) + " (" + columns + ")";
+    return "CREATE TABLE " + quotedName(table.name) + " (" + columns + ")";
 }
 
 std::string indexStatement(const ReportTable& table) {
     std::string columns;
     for (const std::string& column : table.indexColumns) {
-        columns += (columns.empty() ? "" : ", ") + quoted(column);
+        columns += (columns.empty() ? "" : ", ") + quotedName(column);
     }
-    return "CREATE INDEX " + quoted(table.indexName) + " ON " + quoted(table.name) + " (" +
+    return "CREATE INDEX " + quotedName(table.indexName) + " ON " + quotedName(table.name) + " (" +
            columns + ")";
 }
 
