@@ -109,21 +109,21 @@ bool DateTime::isMidnight() const {
     return *this == dateOnly();
 }
 
-DateTime DateTime::plusDays(double count) const {
+DateTime DateTime::plusDays(double days) const {
     constexpr double secondsOfDay = 86400;
     constexpr double mostDays = 4.0e6; // more than all years of the calendar
-    if (!(std::fabs(count) < mostDays)) {
+    if (!(std::fabs(days) < mostDays)) {
         throw RunTimeError::overflow();
     }
-    return checked(moment_ + seconds(std::llround(count * secondsOfDay)));
+    return checked(moment_ + seconds(std::llround(days * secondsOfDay)));
 }
 
-DateTime DateTime::plusMinutes(long long count) const {
+DateTime DateTime::plusMinutes(long long minutes) const {
     constexpr long long mostMinutes = 6'000'000'000; // more than all years of the calendar
-    if (count > mostMinutes || count < -mostMinutes) {
+    if (minutes > mostMinutes || minutes < -mostMinutes) {
         throw RunTimeError::overflow();
     }
-    return checked(moment_ + minutes(count));
+    return checked(moment_ + std::chrono::minutes(minutes));
 }
 
 std::string DateTime::iso() const {

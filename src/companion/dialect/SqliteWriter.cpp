@@ -37,7 +37,7 @@ public:
     Translation take(std::vector<Column> columns) { return out_.take(std::move(columns)); }
 
 private:
-    void from(const FromItem& from);
+    void from(const FromItem& item);
     void where(const ExpressionPtr& condition, std::string_view keyword);
     void groupBy(const Select& select);
     void distinctGroups(const Select& select);
