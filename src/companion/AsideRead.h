@@ -15,7 +15,7 @@ namespace kintar::companion {
 class DatabaseConnection;
 
 /// Reads on a connection that nothing else uses meanwhile. What is asked to stop stops at the
-/// engine's next look, within milliseconds.
+/// engine's next look: within milliseconds, or when it has sorted what it has read.
 class AsideRead final : public PendingRecordset {
 public:
     /// `ended` is called on the thread that reads.
@@ -24,6 +24,7 @@ public:
     ~AsideRead() override;
 
     bool waitFor(std::chrono::milliseconds limit) override;
+    void stop() override { stop_ = true; }
     Recordset take() override;
 
 private:

@@ -22,6 +22,7 @@ bool NameFill::start(const Database& database, const std::string& sql) {
         QMetaObject::invokeMethod(
             this,
             [this, own] {
+                forgetDropped();
                 if (!own.expired() && isRunning()) {
                     ended_();
                 }
@@ -40,7 +41,17 @@ Recordset NameFill::take() {
 
 void NameFill::stop() {
     generation_.reset();
-    pending_.reset();
+    if (pending_) {
+        pending_->stop();
+        dropped_.push_back(std::move(pending_));
+    }
+    forgetDropped();
+}
+
+void NameFill::forgetDropped() {
+    std::erase_if(dropped_, [](const std::unique_ptr<PendingRecordset>& read) {
+        return read->waitFor(std::chrono::milliseconds(0));
+    });
 }
 
 } // namespace kintar::search

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kintar::search {
 
@@ -25,14 +26,17 @@ public:
     [[nodiscard]] bool isRunning() const { return pending_ != nullptr; }
     /// The rows; throws what the read threw. Ends the read.
     Recordset take();
-    /// Drops the read; its end is not told any more.
+    /// Drops the read and does not wait for it; its end is not told any more.
     void stop();
 
 private:
+    void forgetDropped();
+
     std::function<void()> ended_;
     /// Which read is under way: an end that was announced by an earlier one counts no more.
     std::shared_ptr<int> generation_;
     std::unique_ptr<PendingRecordset> pending_;
+    std::vector<std::unique_ptr<PendingRecordset>> dropped_; ///< until they have noticed
 };
 
 } // namespace kintar::search

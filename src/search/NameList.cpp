@@ -56,57 +56,77 @@ bool hasEqualIds(const Recordset& rows, std::size_t field) {
 } // namespace
 
 void NameList::fill(Recordset rows) {
-    clear();
-    const std::size_t idField = rows.fieldIndex("ID");
-    if (rows.FieldCount() <= textField) {
-        throw RunTimeError(3265, "Item cannot be found in the collection corresponding to the "
-                                 "requested name or ordinal.");
-    }
-    if (hasEqualIds(rows, idField)) {
-        throw RunTimeError::duplicateKey();
-    }
-    rows_ = std::move(rows);
-    idField_ = idField;
-    sort();
+    accept(std::make_shared<const Recordset>(std::move(rows)));
+    order_ = sorted();
     if (count() > 0) {
         setCurrent(0);
     }
 }
 
+void NameList::fill(Rows rows, Order order) {
+    accept(std::move(rows));
+    order_ = std::move(order);
+    if (count() > 0) {
+        setCurrent(0);
+    }
+}
+
+void NameList::accept(Rows rows) {
+    clear();
+    const std::size_t idField = rows->fieldIndex("ID");
+    if (rows->FieldCount() <= textField) {
+        throw RunTimeError(3265, "Item cannot be found in the collection corresponding to the "
+                                 "requested name or ordinal.");
+    }
+    if (hasEqualIds(*rows, idField)) {
+        throw RunTimeError::duplicateKey();
+    }
+    rows_ = std::move(rows);
+    idField_ = idField;
+}
+
 void NameList::clear() {
-    rows_ = Recordset();
+    rows_ = std::make_shared<const Recordset>();
     order_ = {};
     current_.reset();
 }
 
 void NameList::sortBy(std::size_t column) {
     sortColumn_ = column;
-    sort();
+    order_ = sorted();
 }
 
-void NameList::sort() {
-    if (!sortColumn_) {
-        return;
-    }
-    const std::size_t field = *sortColumn_ + textField;
-    if (field >= rows_.FieldCount()) {
-        order_ = {}; // every row has the same, empty text
-        return;
-    }
-    std::string shown;
-    order_ = sortedOrder(count(), [&](std::size_t record) -> std::string_view {
-        const FieldValue value = rows_.at(record, field);
-        if (value.kind() == FieldValue::Kind::Text) {
-            return value.view();
+void NameList::showSorted(std::size_t column, Order order) {
+    sortColumn_ = column;
+    order_ = std::move(order);
+}
+
+NameList::Order NameList::sorted() const {
+    const std::atomic<bool> never = false;
+    return sortColumn_ ? sorting(rows_, *sortColumn_)(never) : Order();
+}
+
+NameList::Sorting NameList::sorting(Rows rows, std::size_t column) {
+    return [rows = std::move(rows), field = column + textField](const std::atomic<bool>& stop) {
+        if (field >= rows->FieldCount()) {
+            return Order(); // every row has the same, empty text
         }
-        shown = value.text();
-        return shown;
-    });
+        std::string shown;
+        const auto textOf = [&](std::size_t record) -> std::string_view {
+            const FieldValue value = rows->at(record, field);
+            if (value.kind() == FieldValue::Kind::Text) {
+                return value.view();
+            }
+            shown = value.text();
+            return shown;
+        };
+        return sortedOrder(rows->RecordCount(), textOf, stop);
+    };
 }
 
 FieldValue NameList::value(std::size_t row, std::size_t column) const {
     const std::size_t field = column + textField;
-    return field < rows_.FieldCount() ? rows_.at(recordOf(row), field) : FieldValue();
+    return field < rows_->FieldCount() ? rows_->at(recordOf(row), field) : FieldValue();
 }
 
 NameList::Item NameList::item(std::size_t row) const {
@@ -128,7 +148,7 @@ NameList::Item NameList::currentItem() const {
 }
 
 std::size_t NameList::memoryUse() const {
-    return rows_.memoryUse() + order_.capacity() * sizeof(order_[0]);
+    return rows_->memoryUse() + order_.capacity() * sizeof(order_[0]);
 }
 
 std::uint32_t NameList::recordOf(std::size_t row) const {
@@ -136,11 +156,11 @@ std::uint32_t NameList::recordOf(std::size_t row) const {
 }
 
 NameList::Item NameList::itemOfRecord(std::size_t record) const {
-    Item item{.key = nameKey(rows_.at(record, idField_).text()),
-              .text = rows_.at(record, textField).text(),
+    Item item{.key = nameKey(rows_->at(record, idField_).text()),
+              .text = rows_->at(record, textField).text(),
               .tag = {}};
-    if (textField + tagColumn < rows_.FieldCount()) {
-        item.tag = rows_.at(record, textField + tagColumn).text();
+    if (textField + tagColumn < rows_->FieldCount()) {
+        item.tag = rows_->at(record, textField + tagColumn).text();
     }
     return item;
 }

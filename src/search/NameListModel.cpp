@@ -14,10 +14,18 @@ void NameListModel::setColumns(std::vector<ListColumn> columns) {
 }
 
 void NameListModel::fill(Recordset rows) {
+    fillWith([&] { list_.fill(std::move(rows)); });
+}
+
+void NameListModel::fill(NameList::Rows rows, NameList::Order order) {
+    fillWith([&] { list_.fill(std::move(rows), std::move(order)); });
+}
+
+void NameListModel::fillWith(const std::function<void()>& fill) {
     beginResetModel();
     std::exception_ptr failure;
     try {
-        list_.fill(std::move(rows));
+        fill();
     } catch (const std::exception&) {
         failure = std::current_exception();
     }
@@ -34,10 +42,18 @@ void NameListModel::clear() {
 }
 
 void NameListModel::sortBy(int column) {
+    orderWith([&] { list_.sortBy(static_cast<std::size_t>(column)); });
+}
+
+void NameListModel::showSorted(int column, NameList::Order order) {
+    orderWith([&] { list_.showSorted(static_cast<std::size_t>(column), std::move(order)); });
+}
+
+void NameListModel::orderWith(const std::function<void()>& order) {
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
     // The view keeps indexes of the current item only.
-    list_.sortBy(static_cast<std::size_t>(column));
+    order();
     const auto row = list_.currentRow();
     QModelIndexList after;
     for (const QModelIndex& index : before) {

@@ -20,9 +20,11 @@ public:
 
     /// See NameList; where filling throws, the list is empty.
     void fill(Recordset rows);
+    void fill(NameList::Rows rows, NameList::Order order);
     void clear();
     /// Persistent indexes follow their items.
     void sortBy(int column);
+    void showSorted(int column, NameList::Order order);
     [[nodiscard]] const NameList& list() const { return list_; }
     void setCurrent(int row) { list_.setCurrent(static_cast<std::size_t>(row)); }
     void forgetCurrent() { list_.forgetCurrent(); }
@@ -35,6 +37,9 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    void fillWith(const std::function<void()>& fill);
+    void orderWith(const std::function<void()>& order);
+
     std::vector<ListColumn> columns_;
     NameList list_;
 };

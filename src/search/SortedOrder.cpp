@@ -60,11 +60,15 @@ private:
 } // namespace
 
 std::vector<std::uint32_t>
-sortedOrder(std::size_t count, const std::function<std::string_view(std::size_t row)>& textOf) {
+sortedOrder(std::size_t count, const std::function<std::string_view(std::size_t row)>& textOf,
+            const std::atomic<bool>& stop) {
     KeyBuffer keys;
     std::vector<KeyedRow> rows;
     rows.reserve(count);
     for (std::size_t row = 0; row < count; ++row) {
+        if (stop) {
+            return {};
+        }
         rows.push_back(keys.keyOf(textOf(row), static_cast<std::uint32_t>(row)));
     }
     std::sort(rows.begin(), rows.end(), [&keys](const KeyedRow& a, const KeyedRow& b) {

@@ -42,6 +42,7 @@ frmNameSearch::frmNameSearch(NameSearchSurroundings& surroundings)
 
 frmNameSearch::~frmNameSearch() {
     fill_.stop();
+    sort_.stop();
 }
 
 void frmNameSearch::connectControls() {
@@ -129,6 +130,7 @@ void frmNameSearch::Load() {
 
 void frmNameSearch::Unload() {
     fill_.stop();
+    sort_.stop();
     prints_.giveUp();
     ignoringErrors([this] {
         const platform::Placement stands = placement();

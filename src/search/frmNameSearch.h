@@ -6,6 +6,7 @@
 #include "search/NameListModel.h"
 #include "search/NameSearchControls.h"
 #include "search/NameSearchSurroundings.h"
+#include "search/NameSort.h"
 #include "search/PrintQueue.h"
 #include "search/UdfList.h"
 
@@ -52,7 +53,8 @@ public:
     /// `then` is called after that, or dropped with the form.
     void bringForward(std::function<void()> then);
 
-    [[nodiscard]] bool isFilling() const { return fill_.isRunning(); }
+    /// Whether a search, or the sorting of a long list, goes on.
+    [[nodiscard]] bool isFilling() const { return fill_.isRunning() || sort_.isRunning(); }
 
 protected:
     void Load() override;
@@ -84,8 +86,13 @@ private:
     void lvUdf_DblClick(int row);
 
     void beginFill();
+    void beginWait(const QString& words);
     void fillEnded();
-    void showRows(Recordset rows);
+    void fillIsThere(const std::function<void()>& fill);
+    [[nodiscard]] bool isLongToSort(const Recordset& rows) const;
+    void sortRows(Recordset rows);
+    void showRows(const std::function<void()>& fill);
+    void showSorted(int column, const std::function<void()>& sort);
     void endFill();
     void stopFill(const QString& words);
     void closeDialog();
@@ -102,6 +109,7 @@ private:
     NameSearchControls controls_;
     NameListModel model_;
     NameFill fill_;
+    NameSort sort_;
     PrintQueue prints_;
 
     std::int32_t locGrp_ = 0;
@@ -113,7 +121,8 @@ private:
     std::string sql_;
     std::string photoTag_ = "0"; ///< `Lead1`'s: "0" where the photo must be loaded
     std::vector<UdfRow> udfRows_;
-    bool filling_ = false; ///< what happens in the list now is no click of the operator's
+    bool filling_ = false;        ///< what happens in the list now is no click of the operator's
+    bool isSortingShown_ = false; ///< what is being sorted is the list that is shown
     bool showStatusAfterFill_ = false;
 };
 

@@ -57,26 +57,42 @@ void frmNameSearch::PopulateListView(const std::string& sql) {
     if (isFilling()) {
         endFill();
     }
-    if (fill_.start(database(), sql)) {
-        showRows(fill_.take());
-    } else {
+    if (!fill_.start(database(), sql)) {
         beginFill();
+        return;
     }
+    Recordset rows = fill_.take();
+    if (isLongToSort(rows)) {
+        beginFill();
+        sortRows(std::move(rows));
+    } else {
+        showRows([&] { model_.fill(std::move(rows)); });
+    }
+}
+
+bool frmNameSearch::isLongToSort(const Recordset& rows) const {
+    return model_.list().sortColumn() && rows.RecordCount() > NameSort::longList;
 }
 
 void frmNameSearch::beginFill() {
     clearList();
     filling_ = true;
     controls_.lvList->hide();
+    beginWait(QStringLiteral("Searching…"));
+}
+
+void frmNameSearch::beginWait(const QString& words) {
     controls_.cmdSearch->setEnabled(false);
     controls_.cmdOK->setEnabled(false);
     controls_.lvList->setColumnClicks(false);
-    controls_.setStatusLine(QStringLiteral("Searching…"));
+    controls_.setStatusLine(words);
     controls_.showBusy(true);
 }
 
 void frmNameSearch::endFill() {
     fill_.stop();
+    sort_.stop();
+    isSortingShown_ = false;
     filling_ = false;
     controls_.lvList->show();
     controls_.cmdSearch->setEnabled(true);
@@ -86,24 +102,44 @@ void frmNameSearch::endFill() {
 }
 
 void frmNameSearch::fillEnded() {
-    const bool showStatus = std::exchange(showStatusAfterFill_, false);
     try {
         Recordset rows = fill_.take();
-        endFill();
-        showRows(std::move(rows));
+        if (isLongToSort(rows)) {
+            sortRows(std::move(rows));
+            return;
+        }
+        fillIsThere([&] { model_.fill(std::move(rows)); });
     } catch (const std::exception&) {
+        showStatusAfterFill_ = false;
         endFill();
         clearDetail();
         throw;
     }
+}
+
+void frmNameSearch::sortRows(Recordset rows) {
+    const auto kept = std::make_shared<const Recordset>(std::move(rows));
+    sort_.start(NameList::sorting(kept, model_.list().sortColumn().value()),
+                [this, kept](NameList::Order order) {
+                    handle("PopulateListView",
+                           [&] { fillIsThere([&] { model_.fill(kept, std::move(order)); }); });
+                });
+}
+
+void frmNameSearch::fillIsThere(const std::function<void()>& fill) {
+    const bool showStatus = std::exchange(showStatusAfterFill_, false);
+    endFill();
+    showRows(fill);
     if (showStatus) {
         ShowCardStatus();
     }
 }
 
 void frmNameSearch::stopFill(const QString& words) {
+    // What was only being sorted stays as it was.
+    const bool staysShown = isSortingShown_;
     endFill();
-    controls_.setStatusLine(words);
+    controls_.setStatusLine(staysShown ? countWords(model_.list().count()) : words);
     if (std::exchange(showStatusAfterFill_, false)) {
         ShowCardStatus();
     }
@@ -116,12 +152,12 @@ void frmNameSearch::cmdStop_Click() {
     }
 }
 
-void frmNameSearch::showRows(Recordset rows) {
+void frmNameSearch::showRows(const std::function<void()>& fill) {
     setWindowTitle(platform::titleText(baseCaption_));
     filling_ = true;
     std::exception_ptr failure;
     try {
-        model_.fill(std::move(rows));
+        fill();
     } catch (const std::exception&) {
         failure = std::current_exception();
     }
@@ -151,8 +187,25 @@ void frmNameSearch::lvList_ColumnClick(int column) {
     if (isFilling()) {
         return;
     }
+    if (model_.list().count() <= NameSort::longList) {
+        showSorted(column, [&] { model_.sortBy(column); });
+        return;
+    }
+    isSortingShown_ = true;
+    beginWait(QStringLiteral("Sorting…"));
+    sort_.start(NameList::sorting(model_.list().rows(), static_cast<std::size_t>(column)),
+                [this, column](NameList::Order order) {
+                    handle("lvList_ColumnClick", [&] {
+                        endFill();
+                        controls_.setStatusLine(countWords(model_.list().count()));
+                        showSorted(column, [&] { model_.showSorted(column, std::move(order)); });
+                    });
+                });
+}
+
+void frmNameSearch::showSorted(int column, const std::function<void()>& sort) {
     filling_ = true;
-    model_.sortBy(column);
+    sort();
     filling_ = false;
     controls_.lvList->header()->setSortIndicator(column, Qt::AscendingOrder);
     controls_.lvList->header()->setSortIndicatorShown(true);

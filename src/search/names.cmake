@@ -6,7 +6,7 @@ kintar_logic(kintar_search
 
 kintar_windows(kintar_search_windows
     SOURCES frmNameSearch.cpp frmNameSearchDetail.cpp frmNameSearchList.cpp NameFill.cpp
-            NameListModel.cpp NameListView.cpp NameSearchControls.cpp NameSearchWindows.cpp
+            NameListModel.cpp NameListView.cpp NameSort.cpp NameSearchControls.cpp NameSearchWindows.cpp
             objNameSearch.cpp
             PrintQueue.cpp
     LINK kintar_search kintar_platform_windows)

@@ -82,6 +82,8 @@ public:
     virtual ~PendingRecordset() = default;
     /// Waits at most so long; whether the read has ended, well or not.
     virtual bool waitFor(std::chrono::milliseconds limit) = 0;
+    /// Asks the read to end as soon as it can, without waiting for that.
+    virtual void stop() {}
     /// The rows, once; throws what the read threw. Only when the read has ended.
     virtual Recordset take() = 0;
 };

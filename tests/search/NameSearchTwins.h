@@ -30,6 +30,7 @@ public:
     explicit HeldRead(std::shared_ptr<Held> held) : held_(std::move(held)) {}
     ~HeldRead() override { held_->dropped = true; }
     bool waitFor(std::chrono::milliseconds /*limit*/) override { return false; }
+    void stop() override { held_->dropped = true; }
     Recordset take() override {
         if (held_->error) {
             throw *held_->error;

@@ -8,8 +8,9 @@ namespace {
 using Order = std::vector<std::uint32_t>;
 
 Order orderOf(const std::vector<std::string>& texts) {
-    return sortedOrder(texts.size(),
-                       [&](std::size_t row) { return std::string_view(texts.at(row)); });
+    const std::atomic<bool> never = false;
+    return sortedOrder(
+        texts.size(), [&](std::size_t row) { return std::string_view(texts.at(row)); }, never);
 }
 
 TEST(SortedOrder, IsAscendingWithoutRegardToCase) {
@@ -41,6 +42,20 @@ TEST(SortedOrder, IsRightForManyDifferentTexts) {
     for (std::size_t i = 1; i < order.size(); ++i) {
         EXPECT_LT(texts.at(order[i - 1]), texts.at(order[i]));
     }
+}
+
+TEST(SortedOrder, AsksForNoMoreTextsOnceItIsToStop) {
+    std::atomic<bool> stop = false;
+    std::size_t asked = 0;
+    const Order order = sortedOrder(
+        1000,
+        [&](std::size_t) -> std::string_view {
+            stop = ++asked == 3;
+            return "x";
+        },
+        stop);
+    EXPECT_TRUE(order.empty());
+    EXPECT_EQ(asked, 3U);
 }
 
 TEST(SortedOrder, OfNothingIsNothing) {

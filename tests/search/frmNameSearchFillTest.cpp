@@ -1,6 +1,8 @@
 // A fill that takes longer than a moment.
 #include "search/NameSearchFixture.h"
 
+#include <QHeaderView>
+
 namespace kintar::testing {
 namespace {
 
@@ -136,6 +138,87 @@ TEST_F(LongFill, EnterAndColumnClicksWaitToo) {
     twins.tables().takeStatements();
     QTest::keyClick(&control<QLineEdit>("Text_0"), Qt::Key_Return);
     EXPECT_TRUE(twins.tables().takeStatements().empty());
+}
+
+/// More names than are sorted at once, in descending order; number 1 is the last.
+class LongList : public NameSearch {
+protected:
+    LongList() {
+        std::vector<Row> rows;
+        for (int id = count; id > 0; --id) {
+            rows.push_back(Row{id, "name " + std::to_string(100000 + id), 0, 0, Cell()});
+        }
+        twins.tables().answer(allNames, nameColumns, rows);
+        open();
+        search();
+    }
+    void clickHeading(int column) {
+        QHeaderView& header = *list().header();
+        const int x = header.sectionViewportPosition(column) + header.sectionSize(column) / 2;
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, {x, header.height() / 2});
+    }
+    std::string first() { return list().model()->index(0, 0).data().toString().toStdString(); }
+    void waitForEnd() {
+        ASSERT_TRUE(runUntil([&] { return !form().isFilling(); }));
+    }
+
+    static constexpr int count = static_cast<int>(search::NameSort::longList) + 1;
+    const std::string smallest = "name 100001";
+    const std::string largest = "name 150001";
+};
+
+TEST_F(LongList, IsSortedWhileTheWindowGoesOn) {
+    ASSERT_EQ(first(), largest);
+    clickHeading(0);
+    EXPECT_TRUE(form().isFilling());
+    EXPECT_EQ(label("lblCount"), "Sorting…");
+    EXPECT_TRUE(list().isVisible());
+    EXPECT_EQ(first(), largest);
+    EXPECT_FALSE(control<QPushButton>("cmdOK").isEnabled());
+    EXPECT_TRUE(control<QPushButton>("cmdStop").isVisible());
+    waitForEnd();
+    EXPECT_EQ(first(), smallest);
+    EXPECT_EQ(label("lblCount"), std::to_string(count) + " names found.");
+    EXPECT_TRUE(control<QPushButton>("cmdOK").isEnabled());
+    EXPECT_EQ(list().currentIndex().row(), count - 1) << "the current name stays the current one";
+}
+
+TEST_F(LongList, StaysAsItWasWhereItsSortingIsStopped) {
+    clickHeading(0);
+    click("cmdStop");
+    EXPECT_FALSE(form().isFilling());
+    runPending();
+    EXPECT_EQ(first(), largest);
+    EXPECT_EQ(label("lblCount"), std::to_string(count) + " names found.");
+    EXPECT_FALSE(list().header()->isSortIndicatorShown());
+}
+
+TEST_F(LongList, IsSortedBeforeItIsShownWhereSortingIsOn) {
+    clickHeading(0);
+    waitForEnd();
+    search();
+    EXPECT_TRUE(form().isFilling());
+    EXPECT_EQ(list().model()->rowCount(), 0);
+    waitForEnd();
+    EXPECT_EQ(first(), smallest);
+    EXPECT_EQ(list().currentIndex().row(), 0);
+}
+
+TEST_F(LongList, IsEmptyWhereASearchIsStoppedWhileItSorts) {
+    clickHeading(0);
+    waitForEnd();
+    search();
+    click("cmdStop");
+    runPending();
+    EXPECT_EQ(list().model()->rowCount(), 0);
+    EXPECT_EQ(label("lblCount"), "The search was stopped. The list is empty.");
+}
+
+TEST_F(LongList, IsDroppedWithItsObjectWhileItSorts) {
+    clickHeading(0);
+    object.reset();
+    runPending();
+    EXPECT_FALSE(twins.place.exists());
 }
 
 } // namespace
