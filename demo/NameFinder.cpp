@@ -11,6 +11,7 @@ namespace {
 
 // A server whose start-up shows a message answers when somebody has closed it.
 constexpr int callTimeout = 10 * 60 * 1000;
+constexpr int browsingMode = 0;
 constexpr int pickingMode = 1;
 
 const QString serverName = QStringLiteral("net.tarnholm.Kintar3");
@@ -37,6 +38,16 @@ NameFinder::~NameFinder() {
 }
 
 void NameFinder::find(int locGrp, const QString& locName, int operatorId) {
+    mode_ = pickingMode;
+    open(locGrp, locName, operatorId);
+}
+
+void NameFinder::browse(int locGrp, const QString& locName, int operatorId) {
+    mode_ = browsingMode;
+    open(locGrp, locName, operatorId);
+}
+
+void NameFinder::open(int locGrp, const QString& locName, int operatorId) {
     locGrp_ = locGrp;
     locName_ = locName;
     operatorId_ = operatorId;
@@ -70,7 +81,7 @@ void NameFinder::openDialog() {
     set(QStringLiteral("LocName"), locName_);
     set(QStringLiteral("OprID"), operatorId_);
     QDBusPendingCallWatcher* answer =
-        set(QStringLiteral("NameSelMode"), QVariant::fromValue(static_cast<short>(pickingMode)));
+        set(QStringLiteral("NameSelMode"), QVariant::fromValue(static_cast<short>(mode_)));
     // What closed before this answer was another dialog: its signal has come by then.
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         if (!answer->isError()) {
@@ -81,7 +92,7 @@ void NameFinder::openDialog() {
 
 void NameFinder::showDialog() {
     // The dialog may be closed before the answer is here: the wait begins with the question.
-    waiting_ = true;
+    waiting_ = mode_ == pickingMode;
     QDBusPendingCallWatcher* answer = set(QStringLiteral("LocGrp"), locGrp_);
     connect(answer, &QDBusPendingCallWatcher::finished, this,
             [this, answer] { waiting_ = waiting_ && !answer->isError(); });

@@ -22,6 +22,8 @@ public:
 
     /// Opens the dialog. Asked again before that has been closed, it opens it again.
     void find(int locGrp, const QString& locName, int operatorId);
+    /// The same for looking at names and opening the In / Out board; what is chosen is not told.
+    void browse(int locGrp, const QString& locName, int operatorId);
 
 Q_SIGNALS:
     void found(int person, const QString& name);
@@ -34,6 +36,7 @@ private Q_SLOTS:
                            const QStringList& invalidated);
 
 private:
+    void open(int locGrp, const QString& locName, int operatorId);
     void openDialog();
     void showDialog();
     void readResult();
@@ -46,6 +49,7 @@ private:
     QString object_;
     bool creating_ = false;
     bool waiting_ = false; ///< for the signal that follows our own setting of the group
+    int mode_ = 0;
     int locGrp_ = 0;
     QString locName_;
     int operatorId_ = 0;

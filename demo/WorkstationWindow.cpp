@@ -73,6 +73,9 @@ QWidget* WorkstationWindow::makeControls() {
     showPhoto_->setEnabled(false);
     findName_ = new QPushButton(tr("&Find name…"), controls);
     findName_->setAccessibleName(tr("Find name…"));
+    browse_ = new QPushButton(tr("&In / Out…"), controls);
+    browse_->setAccessibleName(tr("In / Out…"));
+    browse_->setToolTip(tr("Find the names to watch, then press In/Out"));
     pause_ = new QPushButton(tr("&Pause feed"), controls);
     pause_->setAccessibleName(tr("Pause feed"));
     pause_->setCheckable(true);
@@ -81,6 +84,7 @@ QWidget* WorkstationWindow::makeControls() {
     row->addSpacing(12);
     row->addWidget(showPhoto_);
     row->addWidget(findName_);
+    row->addWidget(browse_);
     row->addWidget(pause_);
     return controls;
 }
@@ -148,7 +152,8 @@ void WorkstationWindow::connectControls() {
             [this] { showPhoto_->setEnabled(table_->selectionModel()->hasSelection()); });
     connect(showPhoto_, &QPushButton::clicked, this,
             [this] { showRow(table_->selectionModel()->currentIndex()); });
-    connect(findName_, &QPushButton::clicked, this, &WorkstationWindow::findName);
+    connect(findName_, &QPushButton::clicked, this, [this] { openNames(&NameFinder::find); });
+    connect(browse_, &QPushButton::clicked, this, [this] { openNames(&NameFinder::browse); });
     connect(&finder_, &NameFinder::found, this, [this](int person, const QString& name) {
         found_->setText(tr("Found: %1 (number %2)").arg(name).arg(person));
     });
@@ -191,13 +196,13 @@ void WorkstationWindow::showRow(const QModelIndex& index) {
 }
 
 /// In the group of the event that is chosen, else of the first one.
-void WorkstationWindow::findName() {
+void WorkstationWindow::openNames(void (NameFinder::*open)(int, const QString&, int)) {
     const QModelIndex chosen = table_->selectionModel()->currentIndex();
     const bool hasChosen = chosen.isValid() && chosen.row() < model_.rowCount();
     const CardEvent event = hasChosen           ? model_.eventAt(chosen.row())
                             : events_.isEmpty() ? CardEvent()
                                                 : events_.first();
-    finder_.find(event.locGrp, event.locName, operatorId());
+    (finder_.*open)(event.locGrp, event.locName, operatorId());
 }
 
 void WorkstationWindow::addActions(ActionsBar& actions) {

@@ -48,7 +48,7 @@ private:
     void takeFeed(const FeedContent& content);
     void playNext();
     void showRow(const QModelIndex& index);
-    void findName();
+    void openNames(void (NameFinder::*open)(int, const QString&, int));
     void refreshState();
     void say(const QString& text);
     [[nodiscard]] int operatorId() const;
@@ -68,6 +68,7 @@ private:
     QPushButton* pause_ = nullptr;
     QPushButton* showPhoto_ = nullptr;
     QPushButton* findName_ = nullptr;
+    QPushButton* browse_ = nullptr;
     QLabel* lamp_ = nullptr;
     QLabel* state_ = nullptr;
     QLabel* found_ = nullptr;

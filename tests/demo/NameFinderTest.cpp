@@ -88,6 +88,18 @@ TEST_F(NameFinderTest, ADialogThatNobodyHereOpenedTellsNothing) {
     EXPECT_EQ(found.size(), 1);
 }
 
+TEST_F(NameFinderTest, BrowsingTellsNobodysName) {
+    finder.browse(3, QStringLiteral("Office"), 4);
+    ASSERT_TRUE(opened());
+    EXPECT_TRUE(server.log.contains(QStringLiteral("NameSelMode=0")));
+    close(30, QStringLiteral("Moss, Kate")); // whom In/Out leaves from an earlier search
+    find();
+    ASSERT_TRUE(opened(2));
+    close(0, {});
+    ASSERT_TRUE(waitFor([this] { return cancelled == 1; }));
+    EXPECT_TRUE(found.isEmpty());
+}
+
 TEST_F(NameFinderTest, ARefusalIsTold) {
     server.refused = QStringLiteral("LocGrp");
     find();

@@ -88,7 +88,7 @@ TEST_F(WorkstationWindowTest, NamesEveryControlForAScreenReader) {
     EXPECT_FALSE(table().accessibleName().isEmpty());
     EXPECT_FALSE(operators().accessibleName().isEmpty());
     const QList<QPushButton*> buttons = workstation.window.findChildren<QPushButton*>();
-    EXPECT_EQ(buttons.size(), 3);
+    EXPECT_EQ(buttons.size(), 4);
     for (const QPushButton* found : buttons) {
         EXPECT_FALSE(found->accessibleName().isEmpty()) << found->text().toStdString();
     }
