@@ -2,6 +2,10 @@
 
 #include "platform/qt/Controls.h"
 
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+
 namespace kintar::search {
 namespace {
 
@@ -17,6 +21,17 @@ DateTime dateOf(const QDateEdit* picker) {
     const QDate date = picker->date();
     return DateTime::fromFields(date.year(), date.month(), date.day()).value_or(DateTime());
 }
+
+/// Rows high enough for the letters of every script: all rows are as high as the first one.
+class RoomyRows final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override {
+        const QSize size = QStyledItemDelegate::sizeHint(option, index);
+        return {size.width(), std::max(size.height(), option.fontMetrics.height() * 5 / 4 + 2)};
+    }
+};
 
 } // namespace
 
@@ -41,6 +56,7 @@ NamesPane::NamesPane(QWidget* parent)
       lstComp_(new CompanyList(this)) {
     lstComp_->setSelectionMode(QAbstractItemView::MultiSelection);
     lstComp_->setUniformItemSizes(true);
+    lstComp_->setItemDelegate(new RoomyRows(lstComp_));
     addControl(lstComp_, "lstComp", "list box", 4, QStringLiteral("Include Where Company is:"),
                true);
     trace_ = addOptions(
@@ -112,6 +128,7 @@ SkillsPane::SkillsPane(QWidget* parent)
     platform::nameControl(*lvList_, "lvList", "list view", QStringLiteral("Skills"));
     lvList_->setRootIsDecorated(false);
     lvList_->setUniformRowHeights(true);
+    lvList_->setItemDelegate(new RoomyRows(lvList_));
     lvList_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     rows()->addWidget(lvList_, 0, 0, 1, 2);
     rows()->setRowStretch(0, 1);
