@@ -34,7 +34,7 @@ const dialect::EngineWriter& writerFor(std::string_view engine) {
     }
     if (!dialect::sameName(engine, sqlite.engine())) {
         throw DatabaseError(ErrorKind::Other,
-                            "There is no such engine; there are sqlite and postgres.");
+                            "There is no such engine; there are sqlite and postgresql.");
     }
     return sqlite;
 }
@@ -57,7 +57,7 @@ Explained explained(const dialect::EngineWriter& writer, const dialect::Translat
 } // namespace
 
 std::vector<std::string> knownEngines() {
-    return {"sqlite", "postgres"};
+    return {"sqlite", "postgresql"};
 }
 
 Explained explainDialect(std::string_view sql, std::string_view engine, const Catalog& catalog) {

@@ -120,7 +120,7 @@ protected:
     static const Case& shownCase() { return std::get<Case>(GetParam()); }
     static TestEngine engine() { return std::get<TestEngine>(GetParam()); }
     static std::string engineName() {
-        return engine() == TestEngine::Sqlite ? "sqlite" : "postgres";
+        return engine() == TestEngine::Sqlite ? "sqlite" : "postgresql";
     }
     static std::string part(const std::string& name) { return shownCase().parts.at(name); }
     static bool has(const std::string& name) { return shownCase().parts.contains(name); }

@@ -8,7 +8,7 @@ namespace kintar::companion::dialect {
 /// The writer for PostgreSQL.
 class PostgresWriter final : public EngineWriter {
 public:
-    [[nodiscard]] std::string_view engine() const override { return "postgres"; }
+    [[nodiscard]] std::string_view engine() const override { return "postgresql"; }
     [[nodiscard]] Translation write(const Statement& statement,
                                     const std::vector<LiteralValue>& values) const override;
     [[nodiscard]] char variantOf(const TextSearch& search,

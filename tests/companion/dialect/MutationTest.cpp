@@ -87,7 +87,7 @@ TEST(MutatedStatements, AreStatementsOrErrorsOfOurs) {
         try {
             const std::string text = explainDialect(sql, "sqlite").text;
             EXPECT_FALSE(text.empty());
-            EXPECT_FALSE(explainDialect(sql, "postgres").text.empty());
+            EXPECT_FALSE(explainDialect(sql, "postgresql").text.empty());
             const std::string printed = parseStatement(sql).print();
             EXPECT_EQ(parseStatement(printed).print(), printed) << sql;
             ++good;

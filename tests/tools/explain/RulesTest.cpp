@@ -77,6 +77,19 @@ TEST(Explain, AnswersTheDialectOrWhereItWentWrong) {
     EXPECT_TRUE(broken["error"].is_string());
 }
 
+TEST(Explain, AnswersTheDialectOfEitherEngineByItsName) {
+    const auto textFor = [](const std::string& engine) {
+        return ask("dialect", R"json({"id":1,"engine":")json" + engine +
+                                  R"json(","sql":"SELECT ID FROM [Names] WHERE LName = 'a'"})json");
+    };
+    const Json embedded = textFor("sqlite");
+    const Json served = textFor("postgresql");
+    EXPECT_EQ(served["values"], embedded["values"]);
+    EXPECT_NE(served["text"], embedded["text"]);
+    EXPECT_EQ(textFor("oracle")["error"],
+              "There is no such engine; there are sqlite and postgresql.");
+}
+
 TEST(Explain, AnswersTheNameQuery) {
     EXPECT_EQ(ask("names", R"json({"id":1,"locGrp":3,"mode":0,"lastName":"O'Br","firstName":"",
         "companyFilter":" AND [Names].Company IN (0, 4)"})json")["sql"],
