@@ -111,8 +111,9 @@ public:
     /// whatever thread, and not any more once the pending recordset has been destroyed.
     virtual std::unique_ptr<PendingRecordset>
     BeginRecordset(std::string_view sql, Connection& connection, std::function<void()> ended) {
+        const std::function<void()> tell = std::move(ended);
         Recordset rows = OpenRecordset(sql, connection);
-        ended();
+        tell();
         return std::make_unique<ReadRecordset>(std::move(rows));
     }
     virtual void ExecuteSQL(std::string_view sql, Connection& connection) = 0;

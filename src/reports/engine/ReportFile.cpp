@@ -174,7 +174,7 @@ private:
 
     std::string fieldNamed(const XmlElement& element, std::string_view attribute,
                            const ReportBody& made) const {
-        const std::string name = element.attribute(attribute).value_or("");
+        std::string name = element.attribute(attribute).value_or("");
         if (findField(made, name) == nullptr) {
             fail(element, "there is no field '" + name + "'");
         }
