@@ -1,9 +1,9 @@
 #include "base/DateTime.h"
 
+#include "base/FixedDigits.h"
 #include "base/RunTimeError.h"
 
 #include <cmath>
-#include <cstdio>
 
 namespace kintar {
 namespace {
@@ -133,11 +133,16 @@ std::string DateTime::iso() const {
 }
 
 std::string DateTime::isoWithBlank() const {
-    const year_month_day day = date();
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d:%02d", static_cast<int>(day.year()),
-                  static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()), hour(),
-                  minute(), second());
+    const std::chrono::local_days day = floor<days>(moment_);
+    const year_month_day date(day);
+    const hh_mm_ss<seconds> time(moment_ - day);
+    std::string text = "0000-00-00 00:00:00";
+    putDigits(text.data(), static_cast<unsigned>(static_cast<int>(date.year())), 4);
+    putDigits(text.data() + 5, static_cast<unsigned>(date.month()), 2);
+    putDigits(text.data() + 8, static_cast<unsigned>(date.day()), 2);
+    putDigits(text.data() + 11, static_cast<unsigned>(time.hours().count()), 2);
+    putDigits(text.data() + 14, static_cast<unsigned>(time.minutes().count()), 2);
+    putDigits(text.data() + 17, static_cast<unsigned>(time.seconds().count()), 2);
     return text;
 }
 

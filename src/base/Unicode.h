@@ -18,6 +18,9 @@ std::vector<char32_t> caseVariants(char32_t codePoint);
 /// then its code points. Two texts have one key exactly where their folded forms are equal.
 std::string sortKey(std::string_view text);
 
+/// No byte above 127.
+bool isAscii(std::string_view text);
+
 /// Valid UTF-8: every byte that is not part of a valid sequence becomes U+FFFD.
 std::string toValidUtf8(std::string_view bytes);
 

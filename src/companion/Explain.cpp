@@ -1,7 +1,7 @@
 #include "companion/Explain.h"
 
 #include "companion/dialect/Keyword.h"
-#include "companion/dialect/Lexer.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/Parser.h"
 #include "companion/dialect/PostgresWriter.h"
 #include "companion/dialect/Resolver.h"

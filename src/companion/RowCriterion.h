@@ -3,7 +3,7 @@
 
 #include "companion/SiteSchema.h"
 #include "companion/dialect/Expressions.h"
-#include "companion/dialect/Lexer.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/Statements.h"
 
 #include <optional>

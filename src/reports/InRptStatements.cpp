@@ -2,6 +2,8 @@
 
 #include "base/Unicode.h"
 
+#include <initializer_list>
+
 namespace kintar::reports {
 namespace {
 
@@ -14,6 +16,20 @@ ReportColumn integer(std::string name) {
 
 ReportColumn text(std::string name, std::size_t width) {
     return {std::move(name), ColumnType::Text, width};
+}
+
+/// One allocation for a text that is composed for every row.
+std::string joined(std::initializer_list<std::string_view> parts) {
+    std::size_t size = 0;
+    for (const std::string_view part : parts) {
+        size += part.size();
+    }
+    std::string text;
+    text.reserve(size);
+    for (const std::string_view part : parts) {
+        text += part;
+    }
+    return text;
 }
 
 bool continuesCharacter(char byte) {
@@ -57,37 +73,35 @@ std::string activeCardsQuery(std::int32_t locGrp) {
 
 std::string cardUsesQuery(std::int32_t nameId, std::string_view locationList,
                           std::string_view timeLimit) {
-    std::string sql = "Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards "
-                      "On LocCards.CardID = Cards.ID Where Cards.NameID = ";
-    sql += std::to_string(nameId);
-    sql += " And Loc In (";
-    sql += locationList;
-    sql += ") And  LocCards.LastDate > "; // two blanks: this text is a contract
-    sql += timeLimit;
-    sql += " Order By CardID, LastDate Desc";
-    return sql;
+    // Two blanks after the second And: this text is a contract.
+    return joined({"Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards "
+                   "On LocCards.CardID = Cards.ID Where Cards.NameID = ",
+                   std::to_string(nameId), " And Loc In (", locationList,
+                   ") And  LocCards.LastDate > ", timeLimit, " Order By CardID, LastDate Desc"});
 }
 
 std::string detailQuery(std::int32_t locCardsId) {
-    return "Select Loc.Loc, Loc.Name as LocName, Dev.Name as DevName, [Names].FName, "
-           "[Names].LName, Company.Name as CompName, LocCards.LastDev, LocCards.LastDate From "
-           "(Company Right Join ([Names] Right Join (Cards Right Join (Dev Right Join (LocCards "
-           "Left Join Loc On LocCards.Loc = Loc.Loc) On Dev.Loc = LocCards.Loc And Dev.Device = "
-           "LocCards.LastDev) On Cards.ID = LocCards.CardID) On Cards.NameID = [Names].ID) ON "
-           "[Names].LocGrp = Company.LocGrp And [Names].Company = Company.Company) Where "
-           "LocCards.ID =" +
-           std::to_string(locCardsId) + " And Cards.Status <> 0";
+    return joined(
+        {"Select Loc.Loc, Loc.Name as LocName, Dev.Name as DevName, [Names].FName, "
+         "[Names].LName, Company.Name as CompName, LocCards.LastDev, LocCards.LastDate From "
+         "(Company Right Join ([Names] Right Join (Cards Right Join (Dev Right Join (LocCards "
+         "Left Join Loc On LocCards.Loc = Loc.Loc) On Dev.Loc = LocCards.Loc And Dev.Device = "
+         "LocCards.LastDev) On Cards.ID = LocCards.CardID) On Cards.NameID = [Names].ID) ON "
+         "[Names].LocGrp = Company.LocGrp And [Names].Company = Company.Company) Where "
+         "LocCards.ID =",
+         std::to_string(locCardsId), " And Cards.Status <> 0"});
 }
 
 std::string insertInRpt(const InRptRow& row, TarnRec& record) {
     const auto quoted = [&record](const std::string& value, std::size_t width) {
         return record.SqlText(cutToWidth(value, width));
     };
-    return "Insert Into InRpt (Loc, LocName, Dev, DevName, Name, Company, LastUsed) VALUES (" +
-           std::to_string(row.loc) + ", " + quoted(row.locName, placeWidth) + ", " +
-           std::to_string(row.dev) + ", " + quoted(row.devName, placeWidth) + ", " +
-           quoted(row.name, nameWidth) + ", " + quoted(row.company, placeWidth) + ", " +
-           (row.lastUsed ? record.SqlDate(*row.lastUsed) : "Null") + ")";
+    return joined(
+        {"Insert Into InRpt (Loc, LocName, Dev, DevName, Name, Company, LastUsed) VALUES (",
+         std::to_string(row.loc), ", ", quoted(row.locName, placeWidth), ", ",
+         std::to_string(row.dev), ", ", quoted(row.devName, placeWidth), ", ",
+         quoted(row.name, nameWidth), ", ", quoted(row.company, placeWidth), ", ",
+         row.lastUsed ? record.SqlDate(*row.lastUsed) : "Null", ")"});
 }
 
 std::string totalsQuery() {

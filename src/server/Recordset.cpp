@@ -6,7 +6,6 @@
 
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -56,21 +55,6 @@ long long rounded(double value) {
         throw RunTimeError::overflow();
     }
     return static_cast<long long>(whole);
-}
-
-bool isAscii(std::string_view text) {
-    // Eight bytes at a time: a large list's texts are megabytes.
-    std::uint64_t bits = 0;
-    while (text.size() >= sizeof bits) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, text.data(), sizeof word);
-        bits |= word;
-        text.remove_prefix(sizeof word);
-    }
-    for (const char c : text) {
-        bits |= static_cast<unsigned char>(c);
-    }
-    return (bits & 0x8080808080808080U) == 0;
 }
 
 } // namespace
@@ -173,7 +157,7 @@ void Recordset::addWide(Cell::Kind kind, std::uint64_t bits) {
 void Recordset::finish() {
     bool ascii = true;
     texts_.forEachChunk([&](const char* text, std::size_t length) {
-        ascii = ascii && isAscii({text, length});
+        ascii = ascii && unicode::isAscii({text, length});
     });
     if (ascii) {
         return;
@@ -181,7 +165,7 @@ void Recordset::finish() {
     const std::size_t count = cells_.size();
     for (std::size_t index = 0; index < count; ++index) {
         Cell& cell = cells_[index];
-        if (cell.kind() != Cell::Kind::Text || isAscii(textOf(cell))) {
+        if (cell.kind() != Cell::Kind::Text || unicode::isAscii(textOf(cell))) {
             continue;
         }
         const std::string valid = unicode::toValidUtf8(textOf(cell));
@@ -217,7 +201,7 @@ std::size_t Recordset::fieldIndex(std::string_view name) const {
 }
 
 FieldValue Recordset::field(std::size_t index) const {
-    if (beforeStart() || atEnd()) {
+    if (beforeStart()) {
         throw noCurrentRecord();
     }
     return at(static_cast<std::size_t>(position_), index);

@@ -1,5 +1,6 @@
 #include "companion/dialect/Lexer.h"
 
+#include "base/Unicode.h"
 #include "companion/dialect/Keyword.h"
 
 #include <array>
@@ -57,12 +58,7 @@ std::size_t sequenceLength(std::string_view bytes) {
 
 /// The first byte that no statement may hold; its size where there is none.
 std::size_t firstForbiddenByte(std::string_view statement) {
-    unsigned suspicious = 0;
-    for (const char c : statement) {
-        suspicious |= static_cast<unsigned>(static_cast<unsigned char>(c) >= 0x80) |
-                      static_cast<unsigned>(c == '\0');
-    }
-    if (suspicious == 0) {
+    if (unicode::isAscii(statement) && statement.find('\0') == std::string_view::npos) {
         return statement.size();
     }
     std::size_t at = 0;
@@ -153,8 +149,12 @@ Token Lexer::next() {
         return bracketed(begin);
     case '#':
         return dateTime(begin);
+    case '-':
+        return digitFollows(begin) && minusBeginsNumber() ? number(begin) : symbol(begin);
+    case '.':
+        return digitFollows(begin) && pointBeginsNumber() ? number(begin) : symbol(begin);
     default:
-        return signBelongsToNumber(begin) ? number(begin) : symbol(begin);
+        return symbol(begin);
     }
 }
 
@@ -176,14 +176,15 @@ std::size_t Lexer::digits(std::size_t at) const {
     return at;
 }
 
-bool Lexer::signBelongsToNumber(std::size_t begin) const {
-    const bool pointAndDigit = at(begin) == '.' && classOf(at(begin + 1)) == ByteClass::Digit;
-    if (pointAndDigit) {
-        return last_.kind != TokenKind::Word && last_.kind != TokenKind::BracketedName;
-    }
-    if (at(begin) != '-' || classOf(at(begin + 1)) != ByteClass::Digit) {
-        return false;
-    }
+bool Lexer::digitFollows(std::size_t begin) const {
+    return classOf(at(begin + 1)) == ByteClass::Digit;
+}
+
+bool Lexer::pointBeginsNumber() const {
+    return last_.kind != TokenKind::Word && last_.kind != TokenKind::BracketedName;
+}
+
+bool Lexer::minusBeginsNumber() const {
     switch (last_.kind) {
     case TokenKind::BracketedName:
     case TokenKind::Number:
@@ -196,6 +197,26 @@ bool Lexer::signBelongsToNumber(std::size_t begin) const {
     default:
         return true;
     }
+}
+
+Lexer::Signs Lexer::signs() const {
+    return {minusBeginsNumber(), pointBeginsNumber()};
+}
+
+Token Lexer::literalAt(std::size_t begin, Signs signs) {
+    const char c = at(begin);
+    switch (c) {
+    case '\'':
+    case '"':
+        return quoted(begin);
+    case '#':
+        return dateTime(begin);
+    default:
+        break;
+    }
+    const bool signedNumber =
+        ((c == '-' && signs.minus) || (c == '.' && signs.point)) && digitFollows(begin);
+    return classOf(c) == ByteClass::Digit || signedNumber ? number(begin) : Token();
 }
 
 Token Lexer::number(std::size_t begin) {
@@ -308,25 +329,6 @@ LiteralValue Lexer::value(const Token& token) const {
         }
     }
     return value;
-}
-
-void liftLiterals(std::string_view statement, LiftedStatement& lifted) {
-    Lexer lexer(statement);
-    lifted.shape.clear();
-    lifted.values.clear();
-    std::size_t copied = 0;
-    for (Token token = lexer.next(); token.kind != TokenKind::End; token = lexer.next()) {
-        if (token.kind != TokenKind::Number && token.kind != TokenKind::Text &&
-            token.kind != TokenKind::DateTime) {
-            continue;
-        }
-        lifted.shape.append(statement, copied, token.begin - copied);
-        lifted.values.push_back(lexer.value(token));
-        // A control character stands for the kind of literal: the lexer lets none through itself.
-        lifted.shape += static_cast<char>(1 + static_cast<int>(lifted.values.back().kind));
-        copied = token.end;
-    }
-    lifted.shape.append(statement, copied);
 }
 
 } // namespace kintar::companion::dialect

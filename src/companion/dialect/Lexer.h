@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kintar::companion::dialect {
 
@@ -59,6 +58,16 @@ public:
 
     /// The next token; End again and again behind the last.
     Token next();
+
+    /// What may begin a number, after the tokens read so far.
+    struct Signs {
+        bool minus = false;
+        bool point = false;
+    };
+    [[nodiscard]] Signs signs() const;
+    /// The Number, Text or DateTime token at `begin`, where a token has to begin; End where there
+    /// is none. `signs` are those that stand there.
+    Token literalAt(std::size_t begin, Signs signs);
     /// The value of a Number, Text or DateTime token that came from `next`.
     [[nodiscard]] LiteralValue value(const Token& token) const;
 
@@ -72,7 +81,9 @@ private:
     Token dateTime(std::size_t begin);
     Token symbol(std::size_t begin);
     [[nodiscard]] std::size_t digits(std::size_t at) const;
-    [[nodiscard]] bool signBelongsToNumber(std::size_t begin) const;
+    [[nodiscard]] bool minusBeginsNumber() const;
+    [[nodiscard]] bool pointBeginsNumber() const;
+    [[nodiscard]] bool digitFollows(std::size_t begin) const;
     [[nodiscard]] char at(std::size_t offset) const {
         return offset < statement_.size() ? statement_[offset] : '\0';
     }
@@ -81,17 +92,5 @@ private:
     std::size_t position_ = 0;
     Token last_;
 };
-
-/// A statement with its literals lifted out.
-struct LiftedStatement {
-    /// The text with a mark for each literal: statements that differ only in their values have one.
-    std::string shape;
-    /// In the order of the text; views into the statement.
-    std::vector<LiteralValue> values;
-};
-
-/// Lifts the literals of a statement in one pass, reusing the memory of `lifted`. Throws as the
-/// lexer does.
-void liftLiterals(std::string_view statement, LiftedStatement& lifted);
 
 } // namespace kintar::companion::dialect

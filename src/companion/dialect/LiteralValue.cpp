@@ -2,12 +2,14 @@
 
 #include "base/Unicode.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace kintar::companion::dialect {
 
 namespace {
+
+/// What does not stand for itself in a text literal.
+constexpr std::string_view special("'\0", 2);
 
 /// Takes a date-time literal apart from left to right.
 class DateTimeReader {
@@ -120,26 +122,28 @@ double LiteralValue::real() const {
 }
 
 std::string textLiteral(std::string_view text) {
-    std::string literal = "'";
-    for (const char c : unicode::toValidUtf8(text)) {
-        if (c == '\0') {
-            literal += "\uFFFD";
-            continue;
-        }
-        literal += c;
-        if (c == '\'') {
-            literal += c;
-        }
+    const std::string valid = unicode::toValidUtf8(text);
+    std::string literal;
+    literal.reserve(valid.size() + 2);
+    literal += '\'';
+    std::size_t copied = 0;
+    for (std::size_t at = valid.find_first_of(special); at != std::string::npos;
+         at = valid.find_first_of(special, copied)) {
+        literal.append(valid, copied, at - copied);
+        literal += valid[at] == '\'' ? "''" : "\uFFFD";
+        copied = at + 1;
     }
-    return literal + "'";
+    literal.append(valid, copied);
+    return literal += '\'';
 }
 
 std::string dateTimeLiteral(DateTime value) {
-    const auto date = value.date();
-    char literal[48];
-    std::snprintf(literal, sizeof literal, "#%02u/%02u/%04d %02d:%02d:%02d#",
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(date.year()), value.hour(), value.minute(), value.second());
+    const std::string iso = value.isoWithBlank(); // 2012-03-14 17:05:00
+    std::string literal = "#00/00/0000 00:00:00#";
+    literal.replace(1, 2, iso, 5, 2);
+    literal.replace(4, 2, iso, 8, 2);
+    literal.replace(7, 4, iso, 0, 4);
+    literal.replace(12, 8, iso, 11, 8);
     return literal;
 }
 

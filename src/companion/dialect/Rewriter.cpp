@@ -2,6 +2,7 @@
 
 #include "companion/dialect/Dispatch.h"
 #include "companion/dialect/SearchLeads.h"
+#include "companion/dialect/SortKeys.h"
 #include "companion/dialect/Types.h"
 
 #include <algorithm>
@@ -183,6 +184,7 @@ void rewriteSelect(Select& select) {
     for (SelectItem& item : select.items) {
         rewriteSubSelects(*item.expression);
     }
+    sortByKeys(select);
 }
 
 } // namespace

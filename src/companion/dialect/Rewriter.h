@@ -15,8 +15,10 @@ namespace kintar::companion::dialect {
 /// - A condition inside such a sub-select that uses none of its tables moves out as well, so that
 ///   the sub-select need not run for each row.
 /// - The tests that may be asked of one row at a time are marked (`markRowTests`).
+/// - A sort column that must equal a key gives way to it where that spares sorting (SortKeys.h).
 ///
-/// Only where the test stands in the conjunction of a WHERE: there, Null and False are the same.
+/// Tests move only where they stand in the conjunction of a WHERE: there, Null and False are the
+/// same.
 void rewrite(Statement& statement);
 
 } // namespace kintar::companion::dialect

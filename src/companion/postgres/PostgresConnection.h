@@ -3,7 +3,7 @@
 
 #include "companion/Catalog.h"
 #include "companion/DatabaseConnection.h"
-#include "companion/dialect/Lexer.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/PostgresWriter.h"
 #include "companion/postgres/PostgresHandle.h"
 #include "companion/postgres/ShapeCache.h"

@@ -260,12 +260,16 @@ std::vector<std::string> SqliteConnection::plan(std::string_view sql) {
 }
 
 StatementShape& SqliteConnection::shapeOf(std::string_view sql) {
+    if (StatementShape* lately = cache_.findLately(sql, lifted_.values)) {
+        return *lately;
+    }
     dialect::liftLiterals(sql, lifted_);
     if (StatementShape* known = cache_.find(lifted_.shape)) {
         return *known;
     }
     StatementShape shape;
     shape.key = lifted_.shape;
+    shape.outline = dialect::ShapeOutline(sql);
     shape.tree = dialect::parseStatement(sql);
     dialect::Resolver(*catalog_, sql).resolve(shape.tree);
     dialect::rewrite(shape.tree);

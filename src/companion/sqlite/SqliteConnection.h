@@ -3,7 +3,7 @@
 
 #include "companion/Catalog.h"
 #include "companion/DatabaseConnection.h"
-#include "companion/dialect/Lexer.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/SqliteWriter.h"
 #include "companion/sqlite/SqliteHandle.h"
 #include "companion/sqlite/StatementCache.h"

@@ -4,16 +4,34 @@
 
 namespace kintar::companion::sqlite {
 
-StatementShape* StatementCache::find(std::string_view key) {
-    if (!shapes_.empty() && shapes_.front().key == key) {
-        return &shapes_.front();
+namespace {
+
+/// Work that repeats itself for many rows sends few different statements in turn.
+constexpr int shapesUsedInTurn = 4;
+
+} // namespace
+
+StatementShape* StatementCache::useNow(std::list<StatementShape>::iterator shape) {
+    if (shape != shapes_.begin()) {
+        shapes_.splice(shapes_.begin(), shapes_, shape);
     }
-    const auto found = byKey_.find(key);
-    if (found == byKey_.end()) {
-        return nullptr;
-    }
-    shapes_.splice(shapes_.begin(), shapes_, found->second);
     return &shapes_.front();
+}
+
+StatementShape* StatementCache::find(std::string_view key) {
+    const auto found = byKey_.find(key);
+    return found == byKey_.end() ? nullptr : useNow(found->second);
+}
+
+StatementShape* StatementCache::findLately(std::string_view statement,
+                                           std::vector<dialect::LiteralValue>& values) {
+    int left = shapesUsedInTurn;
+    for (auto shape = shapes_.begin(); shape != shapes_.end() && left > 0; ++shape, --left) {
+        if (shape->outline.lift(shape->key, statement, values)) {
+            return useNow(shape);
+        }
+    }
+    return nullptr;
 }
 
 StatementShape& StatementCache::insert(StatementShape shape) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "companion/dialect/EngineWriter.h"
-#include "companion/dialect/Lexer.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/Statements.h"
 #include "companion/sqlite/SqliteHandle.h"
@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace kintar::companion::sqlite {
 
@@ -44,6 +45,7 @@ struct StatementVariant {
 /// A shape: its tree, and the texts for each variant of its searches.
 struct StatementShape {
     std::string key;
+    dialect::ShapeOutline outline;
     dialect::Statement tree;
     std::vector<dialect::TextSearch> searches;
     std::map<std::string, StatementVariant, std::less<>> variants;
@@ -57,12 +59,18 @@ public:
 
     /// Null where the shape is not known; otherwise it counts as the one used last.
     StatementShape* find(std::string_view key);
+    /// The shape of a statement, with its literals, where it is one of the few used last and can be
+    /// told without reading every token; null otherwise. Throws as the lexer does.
+    StatementShape* findLately(std::string_view statement,
+                               std::vector<dialect::LiteralValue>& values);
     /// Takes in a shape that is not known yet, and drops the one not used for longest.
     StatementShape& insert(StatementShape shape);
     void clear();
     [[nodiscard]] std::size_t size() const { return byKey_.size(); }
 
 private:
+    StatementShape* useNow(std::list<StatementShape>::iterator shape);
+
     std::list<StatementShape> shapes_; ///< the one used last in front
     std::unordered_map<std::string_view, std::list<StatementShape>::iterator> byKey_;
 };

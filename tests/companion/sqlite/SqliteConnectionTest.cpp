@@ -237,6 +237,31 @@ TEST_F(SqliteConnectionTest, RulesStatementsOnOneRowNeverScan) {
     }
 }
 
+TEST_F(SqliteConnectionTest, AHoldersRecentUsesComeFromTheIndexesInTheirOrder) {
+    SqliteConnection connection = readWrite();
+    const auto plan = connection.plan(
+        "Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards On "
+        "LocCards.CardID = Cards.ID Where Cards.NameID = 5 And Loc In (1, 2) And  "
+        "LocCards.LastDate > #03/12/2012 17:05:00# Order By CardID, LastDate Desc");
+    EXPECT_THAT(plan, Not(Contains(HasSubstr("TEMP B-TREE"))));
+    EXPECT_THAT(plan, Contains(HasSubstr("CardID=? AND LastDate>?")));
+}
+
+TEST_F(SqliteConnectionTest, StatementsSentInTurnEachGetTheirOwnRows) {
+    SqliteConnection connection = readWrite();
+    for (int id = 1; id <= 5; ++id) {
+        const std::string number = std::to_string(id);
+        EXPECT_EQ(
+            connection.open("SELECT ID FROM Cards WHERE ID = " + number).field("ID").leadingLong(),
+            id);
+        EXPECT_EQ(connection.open("SELECT '" + number + "' AS x FROM Cards WHERE ID = 1")
+                      .field("x")
+                      .text(),
+                  number);
+    }
+    EXPECT_EQ(connection.knownShapes(), 2U);
+}
+
 TEST_F(SqliteConnectionTest, RowsOfAForeignProgramAreFoundWhateverTheirCase) {
     // The bare engine knows nothing of our functions, and needs none to write.
     site.foreign("INSERT INTO Names (ID, LName, LocGrp) VALUES (100, 'ΖΩΓΡΆΦΟΣ', 3), "
