@@ -37,6 +37,14 @@ QColor colourFrom(display::Rgb rgb) {
     return {rgb.red, rgb.green, rgb.blue};
 }
 
+/// A text that is scrolled: only its height for the width it is given counts. The hints that a
+/// wrapping label has otherwise cost it several layouts of every text.
+class ScrolledText final : public QLabel {
+public:
+    [[nodiscard]] QSize sizeHint() const override { return minimumSize(); }
+    [[nodiscard]] QSize minimumSizeHint() const override { return minimumSize(); }
+};
+
 /// An alarm may have lines, and they are kept; nothing else in it is more than text.
 QString alarmText(const std::string& text) {
     const QString whole = QString::fromUtf8(text.substr(0, longestAlarm));
@@ -59,7 +67,7 @@ frmAlarmPopUp::frmAlarmPopUp(modGlobals& globals, platform::WindowRequests& requ
 }
 
 void frmAlarmPopUp::build() {
-    label_ = new QLabel;
+    label_ = new ScrolledText;
     platform::makePlain(*label_);
     label_->setWordWrap(true);
     label_->setAlignment(Qt::AlignCenter);
@@ -72,6 +80,7 @@ void frmAlarmPopUp::build() {
     area_ = new QScrollArea;
     area_->setWidget(label_);
     area_->setWidgetResizable(true);
+    area_->setFrameShape(QFrame::NoFrame);
     area_->setFocusPolicy(Qt::NoFocus);
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     chkDisAblePopUp_ =
@@ -128,8 +137,10 @@ void frmAlarmPopUp::setAlarm(const std::string& text) {
     const QString shown = alarmText(text);
     label_->setText(shown);
     label_->setAccessibleName(shown);
-    QAccessibleEvent alert(label_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent alert(label_, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
 }
 
 void frmAlarmPopUp::show() {

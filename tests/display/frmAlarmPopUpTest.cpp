@@ -73,6 +73,33 @@ TEST(frmAlarmPopUpTest, ShowsOnlyTheLatestOfTwoAlarmsInTheWindowThatIsOpen) {
     EXPECT_EQ(second->windowTitle(), QStringLiteral("Alarm  North"));
 }
 
+TEST(frmAlarmPopUpTest, ShowsTheLatestOfAThousandAlarmsInOneWindow) {
+    AlarmRoom room;
+    const frmAlarmPopUp* window = &room.announce("first");
+    for (int number = 1; number <= 1000; ++number) {
+        EXPECT_EQ(&room.announce("Alarm " + std::to_string(number)), window);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(room.control<QLabel>("Label_1").text(), QStringLiteral("Alarm 1000"));
+    EXPECT_TRUE(room.control<QLabel>("Label_1").isVisible());
+}
+
+TEST(frmAlarmPopUpTest, LetsATextThatIsTooLongBeScrolledToItsEnd) {
+    AlarmRoom room;
+    const QSize before = room.announce("short").size();
+    QString text;
+    for (int line = 0; line < 60; ++line) {
+        text += QStringLiteral("Door forced open at the loading dock, east side. ");
+    }
+    room.announce(text.toStdString());
+    QCoreApplication::processEvents();
+    const auto& label = room.control<QLabel>("Label_1");
+    EXPECT_GE(label.height(), label.heightForWidth(label.width()));
+    EXPECT_LE(label.width(), room.place.get().width());
+    EXPECT_GT(label.height(), room.place.get().height());
+    EXPECT_EQ(room.place.get().size(), before);
+}
+
 TEST(frmAlarmPopUpTest, IsPutAboveAllWindowsNeitherMovedNorSizedNorActivated) {
     AlarmRoom room;
     const frmAlarmPopUp& form = room.announce("Door forced");
