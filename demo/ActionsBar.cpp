@@ -11,6 +11,8 @@ namespace {
 
 /// 0x00BBGGRR.
 constexpr int alarmRed = 0x0000C0;
+/// The number of the who-is-in report in PrintEnded.
+constexpr int whoIsInRequest = 2;
 
 } // namespace
 
@@ -33,6 +35,7 @@ ActionsBar::ActionsBar(const QDBusConnection& bus, std::function<ActionPlace()> 
     for (ServerObject* object : {&alarm_, &search_}) {
         connect(object, &ServerObject::refused, this, &ActionsBar::said);
     }
+    connect(&search_, &ServerObject::told, this, &ActionsBar::hear);
 }
 
 void ActionsBar::announceAlarm() {
@@ -50,6 +53,17 @@ void ActionsBar::printWhoIsIn() {
     const ActionPlace place = place_();
     search_.call(QStringLiteral("PrintWhoIsIn"), {place.loc});
     Q_EMIT said(tr("Asked for the list of who is in at %1").arg(place.locName));
+}
+
+void ActionsBar::hear(const QString& signal, const QVariantList& arguments) {
+    if (signal != QLatin1String("PrintEnded") || arguments.size() != 2) {
+        return;
+    }
+    const QString report = arguments.at(0).toInt() == whoIsInRequest ? tr("The list of who is in")
+                                                                     : tr("The card status report");
+    const QString error = arguments.at(1).toString();
+    Q_EMIT said(error.isEmpty() ? tr("%1 has been sent to the printer").arg(report)
+                                : tr("%1 was not printed: %2").arg(report, error));
 }
 
 void ActionsBar::printStatus() {

@@ -34,6 +34,8 @@ Q_SIGNALS:
     void said(const QString& text);
 
 private:
+    void hear(const QString& signal, const QVariantList& arguments);
+
     std::function<ActionPlace()> place_;
     ServerObject alarm_;
     ServerObject search_;

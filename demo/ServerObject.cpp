@@ -81,7 +81,13 @@ void ServerObject::created(QDBusPendingCallWatcher* call) {
         return;
     }
     path_ = reply.value().path();
+    // No name: every signal of the interface. The toolkit takes the slot by its name only.
+    bus_.connect(serverName(), path_, ownInterface(), QString(), this, SLOT(hear(QDBusMessage)));
     sendWaiting();
+}
+
+void ServerObject::hear(const QDBusMessage& message) {
+    Q_EMIT told(message.member(), message.arguments());
 }
 
 void ServerObject::sendWaiting() {

@@ -27,6 +27,11 @@ public:
 
 Q_SIGNALS:
     void refused(const QString& reason);
+    /// A signal of the object's own interface.
+    void told(const QString& signal, const QVariantList& arguments);
+
+private Q_SLOTS:
+    void hear(const QDBusMessage& message);
 
 private:
     struct Request {

@@ -75,6 +75,15 @@ public:
         bus_.send(signal);
     }
 
+    /// Sends a signal of the class `name` from its object at `path`.
+    void tell(const QString& path, const QString& name, const QString& signal,
+              const QVariantList& arguments) {
+        QDBusMessage message = QDBusMessage::createSignal(
+            path, QStringLiteral("net.tarnholm.Kintar3.") + name, signal);
+        message.setArguments(arguments);
+        bus_.send(message);
+    }
+
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
@@ -97,6 +106,10 @@ public:
         if (message.member() == QLatin1String("Get")) {
             return connection.send(
                 message.createReply(QVariant::fromValue(QDBusVariant(QStringLiteral("4.4.12")))));
+        }
+        if (message.member() != QLatin1String("Set")) {
+            log.append(message.member());
+            return connection.send(message.createReply());
         }
         return set(message, connection);
     }
