@@ -52,6 +52,8 @@ std::string ReportText::text(const Template& pieces, const TextPlace& place) con
     for (const Piece& each : pieces) {
         all += piece(each, place);
     }
+    // An empty value in front leaves no blank: the text would stand a little aside.
+    all.erase(0, all.find_first_not_of(' '));
     return all;
 }
 

@@ -215,5 +215,12 @@ TEST(Pagination, TakesAHundredThousandRows) {
     EXPECT_THAT(pages.texts(pages.pages.pageCount() - 1), Contains("A100000"));
 }
 
+TEST(Pagination, LeavesNoBlankInFrontWhereAValueIsEmpty) {
+    const Pages pages(
+        reportFile("<detail><line><cell>{Place} (reader {Name})</cell></line></detail>"),
+        {{"", "7"}, {"Gate", "8"}});
+    EXPECT_THAT(pages.texts(0), ElementsAre("(reader 7)", "Gate (reader 8)"));
+}
+
 } // namespace
 } // namespace kintar::reports
