@@ -19,6 +19,7 @@ public:
     Connection& connection() override { return *connection_; }
     void beginRead() override { connection_->beginRead(); }
     void endRead() noexcept override { connection_->endRead(); }
+    void stopWhen(const std::atomic<bool>* stop) override { connection_->stopWhen(stop); }
 
 private:
     std::unique_ptr<DatabaseConnection> connection_;

@@ -89,6 +89,10 @@ void InstanceCalls::run(Instance& instance, const BusMessage& call) {
 
 void InstanceCalls::callMethod(Instance& instance, const BusMessage& call, const Member& method) {
     const std::vector<Value> arguments = readArguments(call, method, fullName(instance, method));
+    if (method.callLater) {
+        method.callLater(*instance.object, arguments, hold_(call));
+        return;
+    }
     const Value result = method.call(*instance.object, arguments);
     const BusMessage answer = newReply(call);
     if (method.type != ValueType::None) {

@@ -37,13 +37,12 @@ void PdfWorker::run(std::function<void(const std::atomic<bool>&)> work,
     thread_->start();
 }
 
-void PdfWorker::write(std::shared_ptr<const Report> report, PageSize paper, const std::string& path,
-                      Written written) {
+void PdfWorker::write(Read read, PageSize paper, const std::string& path, Written written) {
     auto error = std::make_shared<std::string>();
     run(
-        [report = std::move(report), paper, path, error](const std::atomic<bool>& cancelled) {
+        [read = std::move(read), paper, path, error](const std::atomic<bool>& cancelled) {
             try {
-                exportPdf(*report, paper, path, cancelled);
+                exportPdf(*read(cancelled), paper, path, cancelled);
             } catch (const std::exception& failure) {
                 *error = failure.what();
             }
@@ -51,16 +50,16 @@ void PdfWorker::write(std::shared_ptr<const Report> report, PageSize paper, cons
         [written = std::move(written), error] { written(*error); });
 }
 
-void PdfWorker::layOut(std::shared_ptr<const Report> report, PageSize paper, LaidOut laidOut) {
+void PdfWorker::layOut(Read read, PageSize paper, LaidOut laidOut) {
     struct Result {
         std::shared_ptr<LaidOutReport> pages;
         std::string error;
     };
     auto result = std::make_shared<Result>();
     run(
-        [report = std::move(report), paper, result](const std::atomic<bool>& cancelled) {
+        [read = std::move(read), paper, result](const std::atomic<bool>& cancelled) {
             try {
-                result->pages = std::make_shared<LaidOutReport>(report, paper, cancelled);
+                result->pages = std::make_shared<LaidOutReport>(read(cancelled), paper, cancelled);
             } catch (const std::exception& failure) {
                 result->error = failure.what();
             }

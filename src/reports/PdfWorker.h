@@ -1,4 +1,4 @@
-// Lays out and writes reports without keeping the windows waiting.
+// Reads, lays out and writes reports without keeping the windows waiting.
 #pragma once
 
 #include "reports/engine/Pagination.h"
@@ -30,6 +30,8 @@ struct LaidOutReport {
 /// piece, or the end of the worker, drops the one before it.
 class PdfWorker final : public QObject {
 public:
+    /// Reads the rows of a report; called on the worker's thread. What it holds lives until then.
+    using Read = std::function<std::shared_ptr<const Report>(const std::atomic<bool>& cancelled)>;
     using Written = std::function<void(const std::string& error)>;
     using LaidOut = std::function<void(std::shared_ptr<LaidOutReport>, const std::string& error)>;
 
@@ -39,9 +41,8 @@ public:
     ~PdfWorker() override;
 
     /// Writes the report as a PDF file, whole or not at all.
-    void write(std::shared_ptr<const Report> report, PageSize paper, const std::string& path,
-               Written written);
-    void layOut(std::shared_ptr<const Report> report, PageSize paper, LaidOut laidOut);
+    void write(Read read, PageSize paper, const std::string& path, Written written);
+    void layOut(Read read, PageSize paper, LaidOut laidOut);
     void cancel();
 
 private:

@@ -16,17 +16,17 @@ PrintOut::~PrintOut() {
     deleteFile();
 }
 
-void PrintOut::start(const std::shared_ptr<const Report>& report, PageSize paper,
+void PrintOut::start(PdfWorker::Read read, const std::string& title, PageSize paper,
                      const std::string& printer, int copies, Done done) {
     done_ = std::move(done);
-    const std::string title = report->definition().title;
-    worker_.write(report, paper, file_, [this, title, printer, copies](const std::string& error) {
-        if (error.empty()) {
-            submit(title, printer, copies);
-        } else {
-            end(error);
-        }
-    });
+    worker_.write(std::move(read), paper, file_,
+                  [this, title, printer, copies](const std::string& error) {
+                      if (error.empty()) {
+                          submit(title, printer, copies);
+                      } else {
+                          end(error);
+                      }
+                  });
 }
 
 void PrintOut::submit(const std::string& title, const std::string& printer, int copies) {

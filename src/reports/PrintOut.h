@@ -23,7 +23,7 @@ public:
     PrintOut& operator=(const PrintOut&) = delete;
     ~PrintOut();
 
-    void start(const std::shared_ptr<const Report>& report, PageSize paper,
+    void start(PdfWorker::Read read, const std::string& title, PageSize paper,
                const std::string& printer, int copies, Done done);
 
 private:

@@ -36,11 +36,16 @@ private:
     };
 
     void serveNext();
+    void begin();
+    void end(const std::string& error);
 
     ReportServices services_;
+    ReportTurns turns_;
     DefaultInstance<frmPrnRpt> prnRpt_;
     std::deque<Waiting> waiting_; ///< the first is being served
     std::unique_ptr<reports::PrintJob> job_;
+    ReportTurns::Turn turn_;               ///< while a request is served
+    std::shared_ptr<ReportWindows*> self_; ///< set to nothing when this goes
 };
 
 } // namespace kintar

@@ -42,6 +42,7 @@ void frmPrnRpt::Load() {
 
 void frmPrnRpt::Unload() {
     viewWorker_.cancel();
+    exportWorker_.cancel();
     dropPrintOuts();
 }
 
@@ -82,6 +83,24 @@ std::shared_ptr<const reports::Report> frmPrnRpt::runReport() {
                     services_.clock.now(), services_.formats);
 }
 
+reports::PdfWorker::Read frmPrnRpt::reader() {
+    const reports::OpenReport& open = current();
+    std::shared_ptr<ReadSession> session;
+    if (services_.globals.gSys) {
+        // The list of who is in has its own database and comes out also where the site's is gone.
+        ignoringErrors([&] { session = services_.globals.gSys->newReadSession(); });
+    }
+    if (!session) {
+        return [report = runReport()](const std::atomic<bool>&) { return report; };
+    }
+    TarnRec& record = services_.globals.tarnRec();
+    return [open, session, &record, &databases = services_.databases, made = services_.clock.now(),
+            formats = services_.formats](const std::atomic<bool>& cancelled) {
+        session->stopWhen(&cancelled);
+        return open.run({record, session->connection(), databases}, made, formats);
+    };
+}
+
 void frmPrnRpt::RptName(const std::string& path) {
     reporting("frmPrnRpt/RptName", [&] {
         // What was open before is not printed in place of what cannot be opened.
@@ -98,11 +117,11 @@ void frmPrnRpt::RptName(const std::string& path) {
 
 void frmPrnRpt::PreView() {
     reporting("frmPrnRpt/PreView", [this] {
-        const auto report = runReport();
+        auto read = reader();
         crv_->setVisible(true);
-        crv_->showStatus("Laying out the report");
+        crv_->showStatus("Reading and laying out the report");
         Show();
-        viewWorker_.layOut(report, reports::usualPaper(),
+        viewWorker_.layOut(std::move(read), reports::usualPaper(),
                            [this](std::shared_ptr<reports::LaidOutReport> pages,
                                   const std::string& error) { showLaidOut(pages, error); });
     });
@@ -138,13 +157,14 @@ void frmPrnRpt::startPrintOut(std::function<void(const std::string&)> printed) {
     if (services_.globals.gTempPath.empty()) {
         throw RunTimeError(76, "Path not found: there is no temporary folder");
     }
-    const auto report = runReport();
+    auto read = reader();
     const std::string file =
         services_.globals.gTempPath + "/Print" + std::to_string(++files_) + ".pdf";
     auto printOut = std::make_unique<reports::PrintOut>(services_.printers, services_.files, file);
     reports::PrintOut* started = printOut.get();
     running_.push_back({std::move(printOut), std::move(printed)});
-    started->start(report, reports::usualPaper(), chosenPrinter(), copies_,
+    started->start(std::move(read), current().definition().title, reports::usualPaper(),
+                   chosenPrinter(), copies_,
                    [this, started](const std::string& error) { endPrintOut(started, error); });
 }
 
@@ -187,11 +207,27 @@ void frmPrnRpt::exportWhereTheOperatorSays() {
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("pdf"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
-        crv_->showStatus("");
-        Export(file.toStdString());
-    });
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this](const QString& file) { exportAside(file.toStdString()); });
     dialog->open();
+}
+
+/// As Export, without keeping the windows waiting: the operator watches.
+void frmPrnRpt::exportAside(const std::string& fileName) {
+    reporting("frmPrnRpt/Export", [&] {
+        auto read = reader();
+        services_.files.deleteIfExists(fileName);
+        crv_->showStatus("Exporting");
+        exportWorker_.write(std::move(read), reports::usualPaper(), fileName,
+                            [this](const std::string& error) {
+                                reporting("frmPrnRpt/Export", [&] {
+                                    if (!error.empty()) {
+                                        throw RunTimeError(75, error);
+                                    }
+                                    crv_->showStatus("Exported.");
+                                });
+                            });
+    });
 }
 
 void frmPrnRpt::Formula(const std::string& name, const std::string& text) {

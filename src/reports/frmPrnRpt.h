@@ -56,6 +56,9 @@ private:
     /// The current report. Raises 91 before `RptName`.
     reports::OpenReport& current();
     [[nodiscard]] std::shared_ptr<const reports::Report> runReport();
+    /// What reads the current report as it is now: on another thread where the companion has
+    /// connections for that, otherwise it has read it already.
+    [[nodiscard]] reports::PdfWorker::Read reader();
     template <class Work>
     std::string reporting(const char* routine, const Work& work);
     void dropPrintOuts();
@@ -64,6 +67,7 @@ private:
     [[nodiscard]] std::string chosenPrinter();
     void showLaidOut(std::shared_ptr<reports::LaidOutReport> pages, const std::string& error);
     void exportWhereTheOperatorSays();
+    void exportAside(const std::string& fileName);
 
     ReportServices services_;
     std::optional<reports::OpenReport> report_;
@@ -76,6 +80,7 @@ private:
     };
     std::vector<Running> running_;
     reports::PdfWorker viewWorker_;
+    reports::PdfWorker exportWorker_;
     reports::ReportView* crv_ = nullptr;
 };
 

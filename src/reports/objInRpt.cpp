@@ -2,11 +2,28 @@
 
 namespace kintar {
 
-void objInRpt::Create(std::int32_t loc) {
-    begin(loc);
-    while (step()) {
-        application_.runPendingWindowMessages();
-    }
+void objInRpt::Create(std::int32_t loc, Completion completion) {
+    turns_.take(
+        [self = self_, loc, completion = std::move(completion)](const ReportTurns::Turn& turn) {
+            if (objInRpt* inRpt = *self) {
+                inRpt->begin(loc);
+                inRpt->stepLater(turn, completion);
+            }
+        });
+}
+
+void objInRpt::stepLater(const ReportTurns::Turn& turn, const Completion& completion) {
+    loop_.later([self = self_, turn, completion] {
+        objInRpt* const inRpt = *self;
+        if (inRpt == nullptr) {
+            return;
+        }
+        if (inRpt->step()) {
+            inRpt->stepLater(turn, completion);
+        } else {
+            completion(std::nullopt);
+        }
+    });
 }
 
 void objInRpt::begin(std::int32_t loc) {
@@ -38,15 +55,15 @@ bool objInRpt::step() {
 
 PublicClass objInRpt::describe(modGlobals& globals, ReportDatabases& databases,
                                platform::Files& files, const platform::Clock& clock,
-                               platform::Application& application) {
+                               platform::EventLoop& loop, ReportTurns& turns) {
     return ClassBuilder<objInRpt>("objInRpt", "Builds the data of the who-is-in report.")
-        .method("Create", &objInRpt::Create, {"Loc"},
-                "Builds the report database for the group of a location. Errors are reported to "
-                "the companion, never raised; the report database is absent after one.")
+        .methodLater("Create", &objInRpt::Create, "Loc",
+                     "Builds the report database for the group of a location. Errors are reported "
+                     "to the companion, never raised; the report database is absent after one.")
         .get("Printer", &objInRpt::Printer,
              "The printer that the printer map names for the location; empty where none.")
         .creates([&](ObjectSignals&) {
-            return std::make_unique<objInRpt>(globals, databases, files, clock, application);
+            return std::make_unique<objInRpt>(globals, databases, files, clock, loop, turns);
         })
         .build();
 }

@@ -34,7 +34,9 @@ void checkHandlers(const std::string& name, const Member& member) {
         member.kind == MemberKind::WriteOnly || member.kind == MemberKind::ReadWrite;
     if (reads != static_cast<bool>(member.get) ||
         writes != (static_cast<bool>(member.set) || static_cast<bool>(member.setLater)) ||
-        (member.kind == MemberKind::Method) != static_cast<bool>(member.call)) {
+        (member.kind == MemberKind::Method) !=
+            (static_cast<bool>(member.call) || static_cast<bool>(member.callLater)) ||
+        (member.callLater && member.type != ValueType::None)) {
         refuse(name + " has not the handlers of its kind");
     }
     if (member.signalsChange && !reads) {

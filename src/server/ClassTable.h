@@ -93,6 +93,8 @@ struct Member {
     std::function<Value(PublicObject&, const std::vector<Value>&)> call;
     /// Instead of `set`, where the answer goes out later than the handler returns.
     std::function<void(PublicObject&, const Value&, Completion)> setLater;
+    /// The same instead of `call`, for a method without a result.
+    std::function<void(PublicObject&, const std::vector<Value>&, Completion)> callLater;
 };
 
 /// Something that an instance tells its creator of itself.
@@ -199,6 +201,25 @@ public:
         member.setLater = [setter](PublicObject& object, const Value& value,
                                    Completion completion) {
             (static_cast<Object&>(object).*setter)(std::get<Plain>(value), std::move(completion));
+        };
+        class_.members.push_back(std::move(member));
+        return *this;
+    }
+
+    /// A method that answers the call itself, later than it returns.
+    template <class T, class Done>
+    ClassBuilder& methodLater(std::string name, void (Object::*body)(T, Done),
+                              std::string parameterName, std::string summary) {
+        using Plain = std::remove_cvref_t<T>;
+        Member member;
+        member.name = std::move(name);
+        member.kind = MemberKind::Method;
+        member.summary = std::move(summary);
+        member.parameters.push_back({std::move(parameterName), valueTypeOf<Plain>(), false});
+        member.callLater = [body](PublicObject& object, const std::vector<Value>& arguments,
+                                  Completion completion) {
+            (static_cast<Object&>(object).*body)(std::get<Plain>(arguments.at(0)),
+                                                 std::move(completion));
         };
         class_.members.push_back(std::move(member));
         return *this;

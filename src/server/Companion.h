@@ -4,6 +4,7 @@
 #include "base/DateTime.h"
 #include "server/Recordset.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -41,6 +42,9 @@ public:
     virtual void beginRead() = 0;
     /// No error, also where nothing was begun.
     virtual void endRead() noexcept = 0;
+    /// Statements fail soon after `stop` has become true, where that can be had. It must outlive
+    /// the last of them.
+    virtual void stopWhen(const std::atomic<bool>* stop) { static_cast<void>(stop); }
 };
 
 /// What stands in for a connection that is read while unset: exists, and is not open.

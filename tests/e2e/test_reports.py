@@ -4,6 +4,8 @@ import os
 import re
 import sqlite3
 import subprocess
+import threading
+import time
 
 import dbus
 import pytest
@@ -149,6 +151,96 @@ def test_the_builder_alone_over_the_bus(make_desktop, people_site):
         totals = connection.execute("SELECT * FROM Totals").fetchall()
     assert sorted(names) == sorted(f"{name}, Test" for name in WHO_IS_IN)
     assert totals == [(LOCATION, 1, len(WHO_IS_IN), len(WHO_IS_IN))]
+
+
+def crowd(site, count):
+    """Everybody of a large group has just come in."""
+    with sqlite3.connect(site / "site.db") as database:
+        numbers = range(1000, 1000 + count)
+        database.executemany(
+            "INSERT INTO Names VALUES (?, 'Crowd', 'One', 3, 0, 0, 0)", ((n,) for n in numbers)
+        )
+        database.executemany(
+            "INSERT INTO Cards VALUES (?, ?, 3, '1', ?, 1, NULL, NULL, 0, 0)",
+            ((n, n, f"D{n}") for n in numbers),
+        )
+        database.executemany(
+            "INSERT INTO LocCards VALUES (?, ?, ?, '2012-03-14 12:00:00', 1, 'I', 'N', 'N', 'N')",
+            ((n, n, LOCATION) for n in numbers),
+        )
+
+
+def test_other_clients_are_served_while_a_list_is_built(make_desktop, people_site):
+    crowd(people_site, 30000)
+    desktop = printing_desktop(make_desktop, people_site)
+    client = desktop.client()
+    client.create("objAlarmPopUp")  # brings the shared state up
+    builder = client.create("objInRpt")
+    other = desktop.client()
+    version = ("net.tarnholm.Kintar3.Server", "Version")
+    properties = "org.freedesktop.DBus.Properties"
+    other.root.Get(*version, dbus_interface=properties)
+    built = threading.Event()
+
+    def build():
+        builder.call("Create", dbus.Int32(LOCATION))
+        built.set()
+
+    building = threading.Thread(target=build)
+    building.start()
+    pauses = []
+    while not built.is_set():
+        asked = time.monotonic()
+        other.root.Get(*version, dbus_interface=properties)
+        pauses.append(time.monotonic() - asked)
+        time.sleep(0.005)
+    building.join()
+    print(f"answered {len(pauses)} times meanwhile, the slowest after {max(pauses):.3f} s")
+    assert len(pauses) > 10
+    database = os.path.join(desktop.environment["TMPDIR"], "TarnTmp", "InRpt.Mdb")
+    with sqlite3.connect(f"file:{database}?mode=ro", uri=True) as connection:
+        assert connection.execute("SELECT count(*) FROM InRpt").fetchone() == (30003,)
+
+
+def test_other_clients_are_served_while_a_large_report_is_printed(
+    make_desktop, people_site, print_system
+):
+    crowd(people_site, 30000)
+    desktop = printing_desktop(make_desktop, people_site, print_system)
+    client = desktop.client()
+    client.create("objNameSearch").call("PrintStatus")
+    pauses = []
+    while not print_system.jobs("Front"):
+        asked = time.monotonic()
+        client.root.Get(
+            "net.tarnholm.Kintar3.Server",
+            "Version",
+            dbus_interface="org.freedesktop.DBus.Properties",
+        )
+        pauses.append(time.monotonic() - asked)
+        time.sleep(0.005)
+    print(f"answered {len(pauses)} times meanwhile, the slowest after {max(pauses):.3f} s")
+    assert len(pauses) > 10
+
+
+def test_a_full_disk_is_reported_and_the_server_lives(
+    make_desktop, people_site, print_system, tmp_path
+):
+    # No file of the server may become larger than 8 KB: writing fails as on a full disk.
+    server = tmp_path / "server-without-room"
+    server.write_text(f"trap '' XFSZ\nulimit -f 16\nexec {SERVER_AT_MOMENT}\n")
+    environment = {"KINTAR3_SERVER": f"sh '{server}'", "TZ": "UTC", "LC_ALL": "C.UTF-8"}
+    environment.update(print_system.environment)
+    desktop = make_desktop(people_site, environment=environment)
+    search = desktop.client().create("objNameSearch")
+    search.call("PrintWhoIsIn", dbus.Int32(LOCATION))
+    await_true(lambda: "objInRpt/MakeRptMdb" in desktop.log(), what="the list's error")
+    search.call("PrintStatus")
+    await_true(lambda: "frmPrnRpt/PrintRpt" in desktop.log(), what="the print-out's error")
+    folder = os.path.join(desktop.environment["TMPDIR"], "TarnTmp")
+    assert [name for name in os.listdir(folder) if "Mdb" in name or "pdf" in name] == []
+    assert search.get("SelNameReady") in (True, False)
+    assert print_system.jobs("Front") == [] and print_system.jobs("Gate") == []
 
 
 def report_tool(site, *arguments, environment=None):

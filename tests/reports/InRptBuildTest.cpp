@@ -399,39 +399,83 @@ TEST(InRptBuild, GivesTurnsAndShowsHowFarItIs) {
     EXPECT_THAT(seen, ElementsAre(0U, 0U, 64U, 128U, 192U, 200U, 200U));
 }
 
-TEST(objInRptTest, ReportsThroughTheCompanionAndRaisesNothing) {
+/// What objects of the class need, and how often their calls were answered.
+struct InRptRoom {
+    std::unique_ptr<objInRpt> make() {
+        return std::make_unique<objInRpt>(server.globals, databases, files, clock, loop, turns);
+    }
+    Completion answer() {
+        return [this](const std::optional<RunTimeError>& error) {
+            EXPECT_FALSE(error);
+            ++answers;
+        };
+    }
+
     testing::FakeServer server;
     MemoryFiles files;
-    MemoryReportDatabases databases(files);
+    MemoryReportDatabases databases{files};
     SetClock clock;
-    server.globals.addInstance();
-    server.takeEvents();
-    objInRpt inRpt(server.globals, databases, files, clock, server.application);
-    inRpt.Create(31);
-    EXPECT_FALSE(inRpt.build()->succeeded());
-    EXPECT_THAT(server.events, Contains(HasSubstr("\r\nobjInRpt/PopulateTable 2")));
-    EXPECT_THAT(server.events, Contains("pending messages"));
-    EXPECT_EQ(inRpt.Printer(), "");
+    testing::HandLoop loop;
+    ReportTurns turns{loop};
+    int answers = 0;
+};
+
+TEST(objInRptTest, ReportsThroughTheCompanionAndRaisesNothing) {
+    InRptRoom room;
+    room.server.globals.addInstance();
+    room.server.takeEvents();
+    const auto inRpt = room.make();
+    inRpt->Create(31, room.answer());
+    EXPECT_EQ(room.answers, 0) << "it is built a step at each turn of the event loop";
+    room.loop.turnUntilIdle();
+    EXPECT_EQ(room.answers, 1);
+    EXPECT_FALSE(inRpt->build()->succeeded());
+    EXPECT_THAT(room.server.events, Contains(HasSubstr("\r\nobjInRpt/PopulateTable 2")));
+    EXPECT_EQ(inRpt->Printer(), "");
 }
 
 TEST(objInRptTest, WritesNothingBeforeTheSharedStateIsUp) {
-    testing::FakeServer server;
-    MemoryFiles files;
-    MemoryReportDatabases databases(files);
-    SetClock clock;
-    objInRpt inRpt(server.globals, databases, files, clock, server.application);
-    inRpt.Create(31);
-    EXPECT_THAT(files.files, IsEmpty());
-    EXPECT_THAT(server.events, Not(Contains(StartsWith("Select"))));
+    InRptRoom room;
+    const auto inRpt = room.make();
+    inRpt->Create(31, room.answer());
+    room.loop.turnUntilIdle();
+    EXPECT_EQ(room.answers, 1);
+    EXPECT_THAT(room.files.files, IsEmpty());
+    EXPECT_THAT(room.server.events, Not(Contains(StartsWith("Select"))));
+}
+
+TEST(objInRptTest, WaitsForWhoeverHasTheReportDatabase) {
+    InRptRoom room;
+    room.server.globals.addInstance();
+    ReportTurns::Turn held;
+    room.turns.take([&held](ReportTurns::Turn turn) { held = std::move(turn); });
+    const auto inRpt = room.make();
+    inRpt->Create(31, room.answer());
+    room.loop.turnUntilIdle();
+    EXPECT_EQ(inRpt->build(), nullptr);
+    held.reset();
+    room.loop.turnUntilIdle();
+    EXPECT_NE(inRpt->build(), nullptr);
+    EXPECT_EQ(room.answers, 1);
+}
+
+TEST(objInRptTest, LeavesTheTurnToTheNextWhenItEndsInTheMiddle) {
+    InRptRoom room;
+    room.server.globals.addInstance();
+    auto first = room.make();
+    const auto second = room.make();
+    first->Create(31, room.answer());
+    second->Create(31, room.answer());
+    room.loop.turn();
+    first.reset();
+    room.loop.turnUntilIdle();
+    EXPECT_EQ(room.answers, 1) << "of the second; nobody waits for the first any more";
 }
 
 TEST(objInRptTest, HasItsMembersInSlotOrder) {
-    testing::FakeServer server;
-    MemoryFiles files;
-    MemoryReportDatabases databases(files);
-    SetClock clock;
-    const PublicClass described =
-        objInRpt::describe(server.globals, databases, files, clock, server.application);
+    InRptRoom room;
+    const PublicClass described = objInRpt::describe(room.server.globals, room.databases,
+                                                     room.files, room.clock, room.loop, room.turns);
     ASSERT_EQ(described.members.size(), 2U);
     EXPECT_EQ(described.members[0].name, "Create");
     EXPECT_EQ(described.members[0].kind, MemberKind::Method);

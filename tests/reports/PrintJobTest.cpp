@@ -58,6 +58,7 @@ struct PrintRoom {
     MemoryReportDatabases databases{files};
     SetClock clock;
     HandLoop loop;
+    ReportTurns turns{loop};
     FakePrinters printers;
     Events events;
     FakeReportForm form{events};
@@ -93,7 +94,7 @@ struct PrintRoom {
                        [this] {
                            ++builders;
                            return std::make_unique<objInRpt>(server.globals, databases, files,
-                                                             clock, server.application);
+                                                             clock, loop, turns);
                        }},
             request, [this](const std::string& text) { progress.push_back(text); },
             [this](const std::string& error) { ended.push_back(error); });

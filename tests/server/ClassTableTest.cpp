@@ -15,6 +15,10 @@ public:
         return static_cast<std::int16_t>(a + std::stoi(b));
     }
     void Clear() { number = 0; }
+    void Count(std::int32_t value, const Completion& completion) {
+        number = value;
+        completion(std::nullopt);
+    }
 
     std::int32_t number = 0;
     std::string text;
@@ -106,6 +110,23 @@ TEST(ClassBuilder, TypesComeFromTheMemberFunctions) {
     EXPECT_EQ(described.members[1].parameters[1].type, ValueType::String);
     EXPECT_EQ(described.members[1].parameters[1].name, "b");
     EXPECT_EQ(described.members[2].type, ValueType::None);
+}
+
+TEST(ClassBuilder, AMethodMayAnswerLaterButHasNoResultThen) {
+    PublicClass described =
+        sample().methodLater("Count", &Sample::Count, "Value", "Counts.").build();
+    Member& member = described.members.front();
+    EXPECT_EQ(member.kind, MemberKind::Method);
+    EXPECT_EQ(member.parameters.at(0).type, ValueType::Int32);
+    Sample object;
+    int answers = 0;
+    member.callLater(object, {std::int32_t{7}},
+                     [&answers](const std::optional<RunTimeError>&) { ++answers; });
+    EXPECT_EQ(object.number, 7);
+    EXPECT_EQ(answers, 1);
+    member.type = ValueType::Int32;
+    ClassTable table;
+    EXPECT_THROW(table.add(described), std::logic_error);
 }
 
 TEST(ClassBuilder, HandlersReachTheObject) {
