@@ -1,6 +1,7 @@
 #include "demo/ActionsBar.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QPushButton>
 
 #include <array>
@@ -14,28 +15,72 @@ constexpr int alarmRed = 0x0000C0;
 /// The number of the who-is-in report in PrintEnded.
 constexpr int whoIsInRequest = 2;
 
+/// Inputs can be armed, doors and outputs cannot.
+bool canBeArmed(int pointType) {
+    return pointType == 1 || pointType == 3;
+}
+
 } // namespace
 
 ActionsBar::ActionsBar(const QDBusConnection& bus, std::function<ActionPlace()> place,
                        QWidget* parent)
-    : QWidget(parent), place_(std::move(place)), alarm_(bus, QStringLiteral("objAlarmPopUp")),
-      search_(bus, QStringLiteral("objNameSearch")) {
+    : QWidget(parent), place_(std::move(place)), override_(bus, QStringLiteral("objOverride")),
+      alarm_(bus, QStringLiteral("objAlarmPopUp")), search_(bus, QStringLiteral("objNameSearch")) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->addStretch();
-    const auto add = [this, row](const QString& caption, void (ActionsBar::*action)()) {
-        auto* button = new QPushButton(caption, this);
-        button->setAccessibleName(QString(caption).remove(QLatin1Char('&')));
-        connect(button, &QPushButton::clicked, this, action);
-        row->addWidget(button);
+    doors_ = addButton(tr("&Doors"));
+    doors_->setToolTip(tr("Schedule an override of a door or an input"));
+    doors_->setEnabled(false);
+    points_ = new QMenu(doors_);
+    doors_->setMenu(points_);
+    const auto add = [this](const QString& caption, void (ActionsBar::*action)()) {
+        connect(addButton(caption), &QPushButton::clicked, this, action);
     };
     add(tr("&Alarm"), &ActionsBar::announceAlarm);
     add(tr("Print &who is in"), &ActionsBar::printWhoIsIn);
     add(tr("Print card s&tatus"), &ActionsBar::printStatus);
-    for (ServerObject* object : {&alarm_, &search_}) {
+    for (ServerObject* object : {&override_, &alarm_, &search_}) {
         connect(object, &ServerObject::refused, this, &ActionsBar::said);
     }
     connect(&search_, &ServerObject::told, this, &ActionsBar::hear);
+}
+
+QPushButton* ActionsBar::addButton(const QString& caption) {
+    auto* button = new QPushButton(caption, this);
+    button->setAccessibleName(QString(caption).remove(QLatin1Char('&')));
+    layout()->addWidget(button);
+    return button;
+}
+
+void ActionsBar::offerPoints(const QList<PointChoice>& points) {
+    points_->clear();
+    for (const PointChoice& point : points) {
+        QString caption = point.locName + QStringLiteral(":  ") + point.name;
+        caption.replace(QLatin1Char('&'), QLatin1String("&&"));
+        connect(points_->addAction(caption), &QAction::triggered, this,
+                [this, point] { scheduleOverride(point); });
+    }
+    doors_->setEnabled(!points_->isEmpty());
+}
+
+// The window is everybody's and keeps what its last client told it: every property is set each
+// time, and the point last, because it opens the window.
+void ActionsBar::scheduleOverride(const PointChoice& point) {
+    const int operatorId = place_().operatorId;
+    override_.set(QStringLiteral("PointType"), QVariant::fromValue(static_cast<short>(point.type)));
+    override_.set(QStringLiteral("PointName"), point.name);
+    override_.set(QStringLiteral("LocName"), point.locName);
+    override_.set(QStringLiteral("OprName"), tr("Operator %1").arg(operatorId));
+    override_.set(QStringLiteral("OprID"), operatorId);
+    for (const char* option : {"SecureOpt", "OpenOpt", "TZOpt"}) {
+        override_.set(QString::fromLatin1(option), true);
+    }
+    for (const char* option : {"ArmOpt", "ByPassOpt"}) {
+        override_.set(QString::fromLatin1(option), canBeArmed(point.type));
+    }
+    override_.set(QStringLiteral("PointID"), point.id);
+    Q_EMIT said(tr("Asked for the overrides of %1").arg(point.name));
 }
 
 void ActionsBar::announceAlarm() {

@@ -1,20 +1,23 @@
-// The workstation's buttons for alarms and printed reports.
+// The workstation's buttons for doors, alarms and printed reports.
 #pragma once
 
+#include "demo/CardEvent.h"
 #include "demo/ServerObject.h"
 
 #include <QWidget>
 
 #include <functional>
 
+class QMenu;
 class QPushButton;
 
 namespace kintar::demo {
 
-/// What the buttons speak about: where the latest event was.
+/// What the buttons speak about: where the latest event was, and who is working.
 struct ActionPlace {
     int loc = 1;
     QString locName;
+    int operatorId = 0;
 };
 
 class ActionsBar : public QWidget {
@@ -24,7 +27,11 @@ public:
     ActionsBar(const QDBusConnection& bus, std::function<ActionPlace()> place,
                QWidget* parent = nullptr);
 
+    /// The points of the doors' menu, in place of those offered before.
+    void offerPoints(const QList<PointChoice>& points);
+
     /// As the buttons do.
+    void scheduleOverride(const PointChoice& point);
     void announceAlarm();
     void printWhoIsIn();
     void printStatus();
@@ -35,10 +42,14 @@ Q_SIGNALS:
 
 private:
     void hear(const QString& signal, const QVariantList& arguments);
+    QPushButton* addButton(const QString& caption);
 
     std::function<ActionPlace()> place_;
+    ServerObject override_;
     ServerObject alarm_;
     ServerObject search_;
+    QPushButton* doors_ = nullptr;
+    QMenu* points_ = nullptr;
     int alarms_ = 0;
 };
 

@@ -42,6 +42,9 @@ std::optional<FeedContent> readFeed(const QByteArray& lines) {
             content.events.append(readEvent(object));
         } else if (kind == QLatin1String("operator")) {
             content.operators.append({number(object, "OprID"), text(object, "rights")});
+        } else if (kind == QLatin1String("point")) {
+            content.points.append({number(object, "PointID"), number(object, "PointType"),
+                                   text(object, "PointName"), text(object, "LocName")});
         } else {
             return std::nullopt;
         }

@@ -29,9 +29,18 @@ struct OperatorChoice {
     QString rights;
 };
 
+/// A door, output or input, or a group of them.
+struct PointChoice {
+    int id = 0;
+    int type = 0; ///< 0 door or output, 1 input, 2 and 3 groups of them
+    QString name;
+    QString locName;
+};
+
 /// What `kintar-site feed` prints.
 struct FeedContent {
     QList<OperatorChoice> operators;
+    QList<PointChoice> points;
     QList<CardEvent> events;
 };
 

@@ -208,15 +208,20 @@ void WorkstationWindow::openNames(void (NameFinder::*open)(int, const QString&, 
 void WorkstationWindow::addActions(ActionsBar& actions) {
     column_->insertWidget(column_->indexOf(table_) + 1, &actions);
     connect(&actions, &ActionsBar::said, this, &WorkstationWindow::say);
+    connect(&feed_, &Feed::loaded, &actions,
+            [&actions](const FeedContent& content) { actions.offerPoints(content.points); });
 }
 
 ActionPlace WorkstationWindow::place() const {
-    if (model_.rowCount() == 0) {
-        return {};
+    ActionPlace place;
+    place.operatorId = operatorId();
+    if (model_.rowCount() > 0) {
+        const QModelIndex chosen = table_->selectionModel()->currentIndex();
+        const CardEvent& event = model_.eventAt(chosen.isValid() ? chosen.row() : 0);
+        place.loc = event.locGrp;
+        place.locName = event.locName;
     }
-    const QModelIndex chosen = table_->selectionModel()->currentIndex();
-    const CardEvent& event = model_.eventAt(chosen.isValid() ? chosen.row() : 0);
-    return {event.locGrp, event.locName};
+    return place;
 }
 
 void WorkstationWindow::setPaused(bool paused) {

@@ -36,8 +36,8 @@ public:
     void play(CardEvent event);
     /// Puts further buttons below the events; they say what they have to say in the window's line.
     void addActions(ActionsBar& actions);
-    /// Where the event chosen, or the latest one, was. The first location of a site's group has the
-    /// group's number.
+    /// Where the event chosen, or the latest one, was, and the operator who is chosen. The first
+    /// location of a site's group has the group's number.
     [[nodiscard]] ActionPlace place() const;
 
 private:

@@ -26,6 +26,19 @@ TEST(CardEvent, IsReadFromAFeed) {
     EXPECT_EQ(event.code, QStringLiteral("0012"));
 }
 
+TEST(CardEvent, ComesWithThePointsOfTheSite) {
+    const std::optional<FeedContent> content =
+        readFeed("{\"kind\":\"point\",\"PointID\":102,\"PointType\":1,\"PointName\":"
+                 "\"Input 102\",\"LocName\":\"Office\"}\n");
+    ASSERT_TRUE(content.has_value());
+    ASSERT_EQ(content->points.size(), 1);
+    const PointChoice& point = content->points[0];
+    EXPECT_EQ(point.id, 102);
+    EXPECT_EQ(point.type, 1);
+    EXPECT_EQ(point.name, QStringLiteral("Input 102"));
+    EXPECT_EQ(point.locName, QStringLiteral("Office"));
+}
+
 TEST(CardEvent, IsNotReadFromAnythingElse) {
     EXPECT_FALSE(readFeed("Names: the table is missing\n").has_value());
     EXPECT_FALSE(readFeed("{\"kind\":\"door\"}\n").has_value());

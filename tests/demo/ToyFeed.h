@@ -7,7 +7,8 @@
 
 namespace kintar::testing {
 
-/// An executable that answers as `kintar-site feed` does: two operators, persons 1 and 2.
+/// An executable that answers as `kintar-site feed` does: two operators, a door and an input,
+/// persons 1 and 2.
 class ToyFeed {
 public:
     explicit ToyFeed(const QByteArray& script = usual()) {
@@ -32,6 +33,10 @@ public:
                "fi\n"
                "echo '{\"kind\":\"operator\",\"OprID\":1,\"rights\":\"all rights\"}'\n"
                "echo '{\"kind\":\"operator\",\"OprID\":5,\"rights\":\"no rights\"}'\n"
+               "echo '{\"kind\":\"point\",\"PointID\":101,\"PointType\":0,"
+               "\"PointName\":\"Door 101\",\"LocName\":\"R & D\"}'\n"
+               "echo '{\"kind\":\"point\",\"PointID\":102,\"PointType\":1,"
+               "\"PointName\":\"Input 102\",\"LocName\":\"Office\"}'\n"
                "event 1; event 2\n";
     }
 

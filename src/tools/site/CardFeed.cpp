@@ -125,6 +125,33 @@ std::vector<FeedOperator> CardFeed::operators() {
     return all;
 }
 
+std::vector<FeedPoint> CardFeed::points() {
+    std::vector<FeedPoint> all;
+    SiteStatement points(database_,
+                         "SELECT IO.ID, Loc.Name, (SELECT max(PointType) FROM OvrSchedule WHERE "
+                         "PointID = IO.ID AND PointType IN (0, 1)) FROM IO LEFT JOIN Loc ON "
+                         "Loc.Loc = IO.Loc ORDER BY IO.ID LIMIT 24");
+    points.start();
+    while (points.next()) {
+        const auto id = static_cast<int>(points.integer(0));
+        const auto type = static_cast<int>(points.integer(2));
+        const std::string kind = type == 0 ? "Door " : "Input ";
+        all.push_back({id, type, kind + std::to_string(id), points.text(1)});
+    }
+    SiteStatement groups(database_,
+                         "SELECT OvrGrpName.ID, Loc.Name, coalesce((SELECT max(PointType) FROM "
+                         "OvrSchedule WHERE PointID = OvrGrpName.ID AND PointType IN (2, 3)), 2) "
+                         "FROM OvrGrpName LEFT JOIN Loc ON Loc.Loc = OvrGrpName.LocGrp ORDER BY "
+                         "OvrGrpName.ID LIMIT 6");
+    groups.start();
+    while (groups.next()) {
+        const auto id = static_cast<int>(groups.integer(0));
+        const auto type = static_cast<int>(groups.integer(2));
+        all.push_back({id, type, "Group " + std::to_string(id), groups.text(1)});
+    }
+    return all;
+}
+
 std::string feedLine(const CardEvent& event) {
     return line({{"kind", "event"},
                  {"ID", event.id},
@@ -139,6 +166,14 @@ std::string feedLine(const CardEvent& event) {
 
 std::string feedLine(const FeedOperator& who) {
     return line({{"kind", "operator"}, {"OprID", who.id}, {"rights", who.rights}});
+}
+
+std::string feedLine(const FeedPoint& point) {
+    return line({{"kind", "point"},
+                 {"PointID", point.id},
+                 {"PointType", point.type},
+                 {"PointName", point.name},
+                 {"LocName", point.locName}});
 }
 
 } // namespace kintar::site

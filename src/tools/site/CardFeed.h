@@ -28,8 +28,16 @@ struct FeedOperator {
     std::string rights; ///< for people
 };
 
-/// Reads persons, places and operators from any site's database. Throws SiteError where it cannot
-/// be read.
+/// A door, output or input, or a group of them, whose overrides can be scheduled.
+struct FeedPoint {
+    int id = 0;
+    int type = 0; ///< 0 door or output, 1 input, 2 and 3 groups of them
+    std::string name;
+    std::string locName;
+};
+
+/// Reads persons, places, points and operators from any site's database. Throws SiteError where it
+/// cannot be read.
 class CardFeed {
 public:
     CardFeed(SiteDatabase& database, std::uint64_t seed);
@@ -41,6 +49,9 @@ public:
     /// where the site has nobody.
     std::vector<CardEvent> events(int count);
     std::vector<FeedOperator> operators();
+    /// The points with the lowest numbers, then such groups. Each is what its schedules say it is,
+    /// else a door or a group of doors.
+    std::vector<FeedPoint> points();
 
 private:
     struct Place {
@@ -57,9 +68,10 @@ private:
     std::map<int, int> eventsOfPerson_; ///< so many so far
 };
 
-/// The event, or the operator, as one JSON object on one line. Its `kind` is `event` or `operator`,
-/// its other names are those of the properties that it is meant for.
+/// The event, operator or point as one JSON object on one line. Its `kind` says which, its other
+/// names are those of the properties that it is meant for.
 std::string feedLine(const CardEvent& event);
 std::string feedLine(const FeedOperator& who);
+std::string feedLine(const FeedPoint& point);
 
 } // namespace kintar::site

@@ -97,8 +97,8 @@ struct FeedArguments {
 };
 
 CLI::App* addFeed(CLI::App& program, FeedArguments& arguments) {
-    CLI::App* feed =
-        program.add_subcommand("feed", "Print a site's operators and invented card events");
+    CLI::App* feed = program.add_subcommand(
+        "feed", "Print a site's operators and points, and invented card events");
     feed->add_option("DIR", arguments.folder, "Folder of the site")->required();
     feed->add_option("--person", arguments.person, "Only one event, of the person with this ID");
     feed->add_option("--count", arguments.count, "How many events")
@@ -129,6 +129,9 @@ int runFeed(const FeedArguments& arguments, bool onePerson) {
     }
     for (const site::FeedOperator& who : feed.operators()) {
         std::cout << feedLine(who);
+    }
+    for (const site::FeedPoint& point : feed.points()) {
+        std::cout << feedLine(point);
     }
     for (const site::CardEvent& event : feed.events(arguments.count)) {
         std::cout << feedLine(event);

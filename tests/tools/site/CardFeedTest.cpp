@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <map>
 #include <set>
 
 namespace kintar::site {
@@ -71,6 +72,21 @@ TEST_F(CardFeedTest, SaysWhatOperatorsMayDo) {
     EXPECT_EQ(all[1].rights, "cards, hidden fields");
     EXPECT_EQ(all[2].rights, "cards at 1, hidden fields at 11");
     EXPECT_EQ(all[4].rights, "no rights");
+}
+
+TEST_F(CardFeedTest, TellsThePointsWhoseOverridesCanBeScheduled) {
+    std::map<int, int> types;
+    for (const FeedPoint& point : feed.points()) {
+        types[point.id] = point.type;
+    }
+    EXPECT_EQ(types.at(101), 0);
+    EXPECT_EQ(types.at(102), 1) << "it has a schedule as an input";
+    EXPECT_EQ(types.at(202), 0) << "it has none";
+    EXPECT_EQ(types.at(10), 2);
+    EXPECT_EQ(types.at(20), 3) << "it has a schedule as a group of inputs";
+    EXPECT_EQ(feedLine(feed.points().at(0)),
+              "{\"kind\":\"point\",\"PointID\":101,\"PointType\":0,\"PointName\":\"Door 101\","
+              "\"LocName\":\"North Campus, Head Office\"}\n");
 }
 
 TEST_F(CardFeedTest, WritesOneObjectALine) {
