@@ -24,6 +24,13 @@ bool has(const Json& input, const char* field) {
     return found != input.end() && !found->is_null();
 }
 
+std::int16_t as16Bits(std::int32_t value, const char* field) {
+    if (value != static_cast<std::int16_t>(value)) {
+        throw BadInput("'" + std::string(field) + "' is not a 16-bit integer");
+    }
+    return static_cast<std::int16_t>(value);
+}
+
 std::uint16_t unitOf(const Json& value, const char* field) {
     if (!value.is_number_integer() || value < 0 ||
         value > std::numeric_limits<std::uint16_t>::max()) {
@@ -195,11 +202,7 @@ public:
         const bool adds = isAdd ? boolean(Json{{"IsAdd", *isAdd}}, "IsAdd") : false;
         schedule_.Create(adds ? 0 : numberField(input, "ID"));
         schedule_.PointID(numberField(input, "PointID"));
-        const std::int32_t type = numberField(input, "PointType");
-        if (type != static_cast<std::int16_t>(type)) {
-            throw BadInput("'PointType' is not a 16-bit integer");
-        }
-        schedule_.PointType(static_cast<std::int16_t>(type));
+        schedule_.PointType(as16Bits(numberField(input, "PointType"), "PointType"));
         schedule_.StartCmd(numberField(input, "StartCmd"));
         schedule_.StopCmd(numberField(input, "StopCmd"));
         schedule_.StartDate(dateField(input, "StartDate"));
@@ -298,7 +301,8 @@ void applyOverrideSave(const Json& input, Answer& answer) {
 void applyOverrideCorrection(const Json& input, Answer& answer) {
     OverrideTime time{dateTime(input, "date").dateOnly(), sliderOf(input, "slider")};
     const DateTime now = dateTime(input, "now");
-    const OverrideOffsets offsets{number32(input, "locTimeDiff"), number32(input, "sysTimeDiff")};
+    const OverrideOffsets offsets{as16Bits(number32(input, "locTimeDiff"), "locTimeDiff"),
+                                  as16Bits(number32(input, "sysTimeDiff"), "sysTimeDiff")};
     if (boolean(input, "isAdd")) {
         time = notInThePast(time, now, offsets);
     }

@@ -18,6 +18,18 @@ Answer errorAnswer(const Json& id, const std::string& message) {
     return Answer().add("id", id).add("error", unicode::toValidUtf8(message));
 }
 
+/// Writing a value out again takes a stack frame a level: no line may nest deeper than any rule
+/// asks.
+Json parsed(std::string_view line) {
+    constexpr int deepest = 64;
+    return Json::parse(line, [](int depth, Json::parse_event_t /*event*/, Json& /*value*/) {
+        if (depth > deepest) {
+            throw BadInput("the line nests too deep");
+        }
+        return true;
+    });
+}
+
 bool isNumber32(const Json& value) {
     return value.is_number_integer() && value >= std::numeric_limits<std::int32_t>::min() &&
            value <= std::numeric_limits<std::int32_t>::max();
@@ -106,7 +118,7 @@ Answer& Answer::addText(std::string_view field, const std::string& text) {
 std::string answerLine(const Rule& rule, std::string_view line) {
     Json id;
     try {
-        const Json input = Json::parse(line);
+        const Json input = parsed(line);
         if (!input.is_object()) {
             throw BadInput("the line is not a JSON object");
         }

@@ -127,6 +127,12 @@ TEST(ExplainOverrideCorrection, ASliderOutsideADayIsAnError) {
                     .contains("error"));
 }
 
+TEST(ExplainOverrideCorrection, AnOffsetThatNoRecordHoldsIsAnError) {
+    const Json answer = ask("override-correction", R"json({"isAdd":true,"now":"2012-03-14T23:50:00",
+        "locTimeDiff":2147483647,"sysTimeDiff":-2147483648,"date":"2012-03-14","slider":3})json");
+    EXPECT_EQ(answer["error"], "'locTimeDiff' is not a 16-bit integer");
+}
+
 TEST(ExplainOverrideAccept, SavesTheScheduleAndItsAdditionalDays) {
     const Json answer = ask("override-accept", "{" + newRecord + R"json(,"startSlider":48,
         "stopSlider":52,"additionalDays":[{"start":"2012-07-06","stop":"2012-07-05"},

@@ -46,6 +46,16 @@ TEST(Explain, ALineThatCannotBeReadGivesAnErrorWithItsId) {
         ask("number", "{\"id\":1,\"text\":\"\xFF\",\"reading\":\"whole\"}").contains("error"));
 }
 
+TEST(Explain, ALineThatNestsTooDeepGivesAnError) {
+    constexpr std::size_t levels = 200000;
+    const std::string nested = std::string(levels, '[') + std::string(levels, ']');
+    for (const std::string& line : {"{\"id\":" + nested + "}", "{\"x\":" + nested + ",\"id\":7}"}) {
+        EXPECT_EQ(ask("number", line)["error"], "the line nests too deep");
+    }
+    EXPECT_EQ(rawAnswer("number", R"json({"id":[[1]],"text":"2","reading":"whole"})json"),
+              R"json({"id":[[1]],"value":2})json");
+}
+
 TEST(Explain, AnswersACardCommand) {
     const Json answer = ask("card", R"json({"id":1,"enable":true,"locGrp":3,"code":"0012",
         "now":"2012-03-14T17:05:00","locale":"en-US","ruleFile":"7\r\n18:00\r\n",
