@@ -395,6 +395,22 @@ def test_the_record_is_a_class_of_its_own(lisbon, site):
     assert [row[0] for row in rows(site)] == [1, 3]
 
 
+def test_an_operator_text_with_quotes_survives_the_round_trip(lisbon, site):
+    client = lisbon.desktop.client()
+    written = client.create("objOvrSchedule")
+    written.set("PointID", dbus.Int32(DOOR))
+    assert not written.call("Create", dbus.Int32(0))
+    text = """O'Brien "Gate" ''2'' [x] #7# \\"""
+    written.set("Opr", text)
+    assert written.call("Save")
+    (row,) = rows(site)
+    assert row[7] == text
+    read = client.create("objOvrSchedule")
+    assert not read.call("Create", dbus.Int32(row[0]))
+    assert not read.get("IsAdd")
+    assert read.get("Opr") == text
+
+
 def test_kintarctl_opens_the_editor_and_returns_when_it_has_closed(lisbon, site):
     command = lisbon.desktop.start(
         "kintarctl", "overrides", "--point", str(INPUT), "--type", "1", "--name", "Dock sensor",

@@ -381,6 +381,15 @@ TEST(OverrideEditor, TheFirstNextShowsTheFirstStoredSchedule) {
     EXPECT_EQ(it.editor.start.time.moment().iso(), "2012-08-01T12:00:00");
 }
 
+TEST(OverrideEditor, BrowsesTheSchedulesOfTheNumberWhateverTheirType) {
+    Editor it(3);
+    it.store(1); // of type 0
+    it.load();
+    EXPECT_EQ(it.overrides.database.statements.front(), cursorQuery);
+    it.editor.cmdNext();
+    EXPECT_EQ(it.editor.caption(), "1 of 1   Scheduled Override");
+}
+
 TEST(OverrideEditor, NextGoesToTheEndAndStaysOnANewSchedule) {
     Editor it;
     it.store(2);

@@ -77,7 +77,7 @@ TEST(objOverride, HandsEveryPropertyStraightToTheWindow) {
     it.object->PointName("Dock door");
     it.object->LocName("Lisbon");
     it.object->OprName("Ann");
-    it.object->OprID(0);
+    it.object->OprID(7);
     it.object->SecureOpt(true);
     it.object->OpenOpt(false);
     it.object->TZOpt(true);
@@ -85,9 +85,15 @@ TEST(objOverride, HandsEveryPropertyStraightToTheWindow) {
     it.object->ByPassOpt(true);
     EXPECT_THAT(it.server.events,
                 ElementsAre("PointType 3", "PointName Dock door", "LocName Lisbon", "OprName Ann",
-                            "OprID 0", "SecureOpt 1", "OpenOpt 0", "TZOpt 1", "ArmOpt 0",
-                            "ByPassOpt 1"))
-        << "OprID 0 reaches the window as the text 0";
+                            "OprID 7", "SecureOpt 1", "OpenOpt 0", "TZOpt 1", "ArmOpt 0",
+                            "ByPassOpt 1"));
+}
+
+TEST(objOverride, OprID0ReachesTheWindowAsTheText0) {
+    Facade it;
+    it.server.takeEvents();
+    it.object->OprID(0);
+    EXPECT_THAT(it.server.events, ElementsAre("OprID 0"));
 }
 
 TEST(objOverride, PointIDClearsDoneStoresShowsAndBringsToTheFrontThenAnswers) {
