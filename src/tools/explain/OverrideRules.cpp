@@ -12,6 +12,7 @@
 #include <array>
 #include <cctype>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -117,9 +118,18 @@ public:
 class StatedDatabase final : public OverrideDatabase {
 public:
     explicit StatedDatabase(const Json& input)
-        : zoneIsThere_(input.contains("zone") || has(input, "record")), input_(input) {
+        : zoneIsThere_(input.contains("zone") || has(input, "record")) {
         if (has(input, "locationRow")) {
             zoneIsThere_ = boolean(input, "locationRow");
+        }
+        // Read before any rule runs, which would take a wrong type for an error of the database.
+        if (!input.contains("zone")) {
+            zone_ = "stated";
+        } else if (has(input, "zone")) {
+            zone_ = text(input, "zone");
+        }
+        if (has(input, "useDst")) {
+            observesDaylightTime_ = boolean(input, "useDst");
         }
     }
 
@@ -147,14 +157,13 @@ private:
         if (!zoneIsThere_) {
             return row;
         }
-        const bool isNull = input_.contains("zone") && input_["zone"].is_null();
-        if (isNull) {
-            row.addNull();
+        if (zone_) {
+            row.addText(*zone_);
         } else {
-            row.addText(input_.contains("zone") ? text(input_, "zone") : "stated");
+            row.addNull();
         }
-        if (has(input_, "useDst")) {
-            row.addInteger(boolean(input_, "useDst") ? -1 : 0);
+        if (observesDaylightTime_) {
+            row.addInteger(*observesDaylightTime_ ? -1 : 0);
         } else {
             row.addNull();
         }
@@ -162,7 +171,8 @@ private:
     }
 
     bool zoneIsThere_;
-    const Json& input_;
+    std::optional<std::string> zone_;          ///< nothing: Null
+    std::optional<bool> observesDaylightTime_; ///< nothing: Null
     NoNotices notices_;
     companion::RecordHelper helper_{notices_};
 };

@@ -106,6 +106,15 @@ TEST(ExplainOverrideSave, ANullZoneRunsNoStatement) {
     EXPECT_EQ(answer["after"]["IsAdd"], true);
 }
 
+TEST(ExplainOverrideSave, AZoneOrFlagOfAnotherTypeIsAnError) {
+    EXPECT_EQ(
+        ask("override-save", "{" + newRecord + R"json(,"zone":5,"useDst":true})json")["error"],
+        "'zone' is not a text");
+    EXPECT_EQ(
+        ask("override-save", "{" + newRecord + R"json(,"zone":"UTC","useDst":1})json")["error"],
+        "'useDst' is not true or false");
+}
+
 TEST(ExplainOverrideCorrection, MovesANewScheduleOutOfThePast) {
     const Json answer = ask("override-correction", R"json({"id":1,"isAdd":true,
         "now":"2012-03-14T23:50:00","locTimeDiff":-300,"sysTimeDiff":-300,"date":"2012-03-14",
