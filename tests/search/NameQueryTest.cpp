@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace kintar::search {
 namespace {
 
@@ -73,19 +76,44 @@ TEST(NameQuery, EachBoxAloneAddsItsOwnCondition) {
               allNamesOf12 + " AND FName LIKE 'An%' ORDER BY LName, FName");
 }
 
+/// A text of the boxes, and its literal without the quotes and the wildcard behind it.
+using Quoted = std::pair<std::string, std::string>;
+
+const std::vector<Quoted> hostileTexts = {
+    {"O'Brien", "O''Brien"},
+    {"''", "''''"},
+    {"%", "%"},
+    {"[a-c]%", "[a-c]%"},
+    {"_", "_"},
+    {"\\", "\\"},
+    {"\"", "\""},
+    {" ", " "},
+    {"\u05d0\u202e", "\u05d0\u202e"},
+    {std::string("a\0b", 3), std::string("a\0b", 3)},
+    {std::string(100000, 'x'), std::string(100000, 'x')},
+    {std::string(100000, '\''), std::string(200000, '\'')},
+    {"'; DROP TABLE Names --", "''; DROP TABLE Names --"},
+};
+
 TEST(NameQuery, HostileTextIsQuotedAndOtherwiseKept) {
-    const std::string longText(100000, 'x');
-    const std::string withNul("a\0b", 3);
-    for (const std::string& text : {std::string("O'Brien"), std::string("%"), std::string("[a-c]%"),
-                                    std::string("_"), std::string("\\"), std::string(" "), withNul,
-                                    longText, std::string("'; DROP TABLE Names --")}) {
-        EXPECT_EQ(loadNames({.locGrp = 12, .mode = 0, .lastName = text, .firstName = text}),
-                  allNamesOf12 + " AND LName LIKE " + TableTwin().SqlText(text + "%") +
-                      " AND FName LIKE " + TableTwin().SqlText(text + "%") +
-                      " ORDER BY LName, FName");
+    for (const auto& [text, quoted] : hostileTexts) {
+        const std::string last = " AND LName LIKE '" + quoted + "%'";
+        const std::string first = " AND FName LIKE '" + quoted + "%'";
+        for (const std::string restriction : {"", " AND [Names].Company IN (0, 4)"}) {
+            const std::string end = restriction + " ORDER BY LName, FName";
+            for (const std::int16_t mode : std::initializer_list<std::int16_t>{0, 1, 2}) {
+                const std::string start = mode == 2 ? guardTourNamesOf12 : allNamesOf12;
+                const auto statement = [&](const std::string& lName, const std::string& fName) {
+                    return loadNames(
+                        {.locGrp = 12, .mode = mode, .lastName = lName, .firstName = fName},
+                        restriction);
+                };
+                EXPECT_EQ(statement(text, ""), start + last + end);
+                EXPECT_EQ(statement("", text), start + first + end);
+                EXPECT_EQ(statement(text, text), start + last + first + end);
+            }
+        }
     }
-    EXPECT_EQ(loadNames({.locGrp = 12, .mode = 0, .lastName = "O'Brien", .firstName = ""}),
-              allNamesOf12 + " AND LName LIKE 'O''Brien%' ORDER BY LName, FName");
 }
 
 TEST(NameQuery, TheCompanyRestrictionStandsBetweenTheBoxesAndTheOrder) {

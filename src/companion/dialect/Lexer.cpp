@@ -119,6 +119,10 @@ void Lexer::fail(std::size_t offset, const std::string& text) const {
 }
 
 Token Lexer::make(TokenKind kind, std::size_t begin, std::size_t end) {
+    if (end - textBytes_ > maximumLengthBesideTexts) {
+        fail(begin, "the statement has more than " + std::to_string(maximumLengthBesideTexts) +
+                        " bytes beside its texts");
+    }
     last_ = {kind, begin, end, statement_.substr(begin, end - begin)};
     position_ = end;
     return last_;
@@ -251,6 +255,7 @@ Token Lexer::quoted(std::size_t begin) {
         }
         end += 2;
     }
+    textBytes_ += end - begin - 1;
     Token token = make(TokenKind::Text, begin, end + 1);
     token.text = statement_.substr(begin + 1, end - begin - 1);
     return token;

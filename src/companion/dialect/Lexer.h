@@ -11,8 +11,10 @@
 
 namespace kintar::companion::dialect {
 
-/// Longer statements are refused.
-inline constexpr std::size_t maximumStatementLength = 65536;
+/// Bytes of a statement. A longer one is refused.
+inline constexpr std::size_t maximumStatementLength = 1024 * 1024;
+/// Bytes of a statement besides the contents of its texts: these are bound, not parsed.
+inline constexpr std::size_t maximumLengthBesideTexts = 65536;
 /// Characters of a name.
 inline constexpr std::size_t maximumNameLength = 64;
 
@@ -90,6 +92,7 @@ private:
 
     std::string_view statement_;
     std::size_t position_ = 0;
+    std::size_t textBytes_ = 0;
     Token last_;
 };
 

@@ -90,7 +90,11 @@ LikePattern::LikePattern(std::string_view pattern) {
                        : points[at] == U'_' ? Kind::AnyOne
                                             : Kind::Character;
         element.character = folded[at++];
-        elements_.push_back(std::move(element));
+        const bool again = element.kind == Kind::AnyMany && !elements_.empty() &&
+                           elements_.back().kind == Kind::AnyMany;
+        if (!again) {
+            elements_.push_back(std::move(element));
+        }
     }
     const auto varying = std::ranges::find_if(
         elements_, [](const Element& element) { return element.kind != Kind::Character; });

@@ -28,7 +28,7 @@ std::vector<char32_t> spellings(char32_t folded) {
 /// Every spelling of as much of `prefix` as gives no more than the most ranges.
 std::vector<std::u32string> spelledPrefixes(std::u32string_view prefix, std::size_t& used) {
     std::vector<std::u32string> spelled{U""};
-    for (used = 0; used < prefix.size(); ++used) {
+    for (used = 0; used < std::min(prefix.size(), longestRangePrefix); ++used) {
         // Bytes that are no UTF-8 fold to this one, and lie anywhere in the index.
         if (prefix[used] == U'\uFFFD') {
             break;

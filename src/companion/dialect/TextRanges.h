@@ -9,6 +9,8 @@ namespace kintar::companion::dialect {
 
 /// A search becomes at most so many ranges; a prefix is shortened until it does.
 inline constexpr std::size_t maximumRanges = 16;
+/// Characters of a prefix that a range goes by: more would leave no fewer names between its ends.
+inline constexpr std::size_t longestRangePrefix = 256;
 
 /// A range of texts: `low` itself and all that lies behind it and before `high`, in the order of
 /// bytes with ASCII letters made small. With an empty `high`, `low` alone.

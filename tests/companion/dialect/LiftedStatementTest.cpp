@@ -66,6 +66,24 @@ TEST(LiftLiterals, AStatementThatIsTooLongIsRefused) {
     EXPECT_THROW(lift(longest + " "), DatabaseError);
 }
 
+TEST(LiftLiterals, OnlyTextsMayBeLong) {
+    const std::string text = "'" + std::string(100000, '\'') + "'";
+    const std::string rest(maximumLengthBesideTexts - 2, ' ');
+    EXPECT_EQ(lift(rest + text).values.size(), 1U);
+    EXPECT_EQ(lift(text + rest).values.size(), 1U);
+    EXPECT_THROW(lift(rest + " " + text), DatabaseError);
+    EXPECT_THROW(lift(text + rest + " "), DatabaseError);
+    EXPECT_THROW(lift(std::string(maximumLengthBesideTexts, '(') + "1"), DatabaseError);
+}
+
+TEST(LiftLiterals, ManyEmptyTextsAreRefused) {
+    std::string texts;
+    while (texts.size() <= maximumLengthBesideTexts) {
+        texts += "''\"\"";
+    }
+    EXPECT_THROW(lift(texts), DatabaseError);
+}
+
 TEST(LiftLiterals, ANulCharacterIsRefusedWhereverItStands) {
     for (const std::string_view sql :
          {std::string_view("\0", 1), std::string_view("SELECT '\0'", 10),

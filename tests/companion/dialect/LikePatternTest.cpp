@@ -20,6 +20,13 @@ TEST(LikePattern, PercentStandsForAnyCharactersAndNone) {
     EXPECT_FALSE(matches("b", "a%"));
 }
 
+TEST(LikePattern, PercentManyTimesIsPercentOnce) {
+    EXPECT_TRUE(matches("", "%%%"));
+    EXPECT_TRUE(matches("xab", "%%b%%"));
+    EXPECT_FALSE(matches("xab", "%%c%%"));
+    EXPECT_EQ(LikePattern("ab%%%").elements().size(), 3U);
+}
+
 TEST(LikePattern, UnderscoreStandsForOneCharacterWhateverItsBytes) {
     EXPECT_TRUE(matches("Ω", "_"));
     EXPECT_TRUE(matches("a\U0001F600b", "a_b"));

@@ -93,6 +93,16 @@ TEST(TextRanges, ThereAreNoneWithoutAPrefix) {
     EXPECT_TRUE(rangesOfPattern("\uFFFD%").empty()) << "stands for any broken byte";
 }
 
+TEST(TextRanges, GoByTheBeginningOfAVeryLongText) {
+    const std::string beginning(longestRangePrefix, 'x');
+    for (const auto& ranges : {rangesOfPattern(std::string(100000, 'x') + "%"),
+                               rangesOfText(std::string(100000, 'x'))}) {
+        ASSERT_EQ(ranges.size(), 1U);
+        EXPECT_EQ(ranges[0].low, beginning);
+        EXPECT_EQ(ranges[0].high, beginning.substr(1) + "y");
+    }
+}
+
 TEST(TextRanges, ABoundNeverFallsAmongSurrogates) {
     EXPECT_EQ(rangesOfPattern("\uD7FF%").front().high, "\uE000");
 }
