@@ -15,9 +15,14 @@ PrintQueue::PrintQueue(NameSearchSurroundings& surroundings, ShowStatus showStat
 }
 
 void PrintQueue::request(std::int16_t request, std::int32_t loc) {
-    request_ = request;
+    const std::int16_t waiting = std::exchange(request_, request);
+    const bool replaced = waiting != 0 && (waiting != request || loc_ != loc);
     loc_ = loc;
     timer_.start();
+    if (replaced) {
+        surroundings_.globals.nameSearch.printEnded.tell(waiting,
+                                                         "A later request took its place.");
+    }
 }
 
 void PrintQueue::giveUp() {

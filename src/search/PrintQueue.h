@@ -13,8 +13,9 @@
 namespace kintar::search {
 
 /// `Timer1` and what it is armed for: one request, replaced by a later one until the tick; while
-/// one is being printed the next waits its turn. Every request that is taken up, and one that is
-/// dropped with its form, is announced as ended.
+/// one is being printed the next waits its turn. Every request is announced as ended: when it was
+/// printed, when it failed, when another one took its place and when it is dropped with its form.
+/// The same request made twice before the tick is one.
 class PrintQueue final {
 public:
     static constexpr std::int16_t statusReport = 1;

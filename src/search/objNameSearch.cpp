@@ -116,7 +116,9 @@ PublicClass objNameSearch::describe(NameSearchSurroundings& surroundings, Place&
         .signal("PrintEnded",
                 {{"request", ValueType::Int16, false}, {"error", ValueType::String, false}},
                 "A print request has ended: 1 the card status report, 2 who is in. The error is "
-                "empty where it was printed.")
+                "empty where it was printed. The window that prints is shared: the creator of "
+                "every object is told, of every client's requests. What comes before the answer "
+                "to the call that asked is the end of another request.")
         .creates([&](ObjectSignals& signals) {
             return std::make_unique<objNameSearch>(surroundings, place, signals);
         })

@@ -187,7 +187,38 @@ TEST_F(NameSearch, PrintRequestsReturnAtOnceAndAreTakenUpByTheTimer) {
     object->PrintWhoIsIn(11);
     ASSERT_TRUE(runUntil([&] { return printed.size() == 2; }));
     EXPECT_EQ(printed, (std::vector<std::pair<int, int>>{{1, 0}, {2, 11}}));
-    EXPECT_EQ(twins.takeEvents(), (Events{"PrintEnded 1 ''", "PrintEnded 2 ''"}));
+    EXPECT_EQ(twins.takeEvents(), (Events{"PrintEnded 2 'A later request took its place.'",
+                                          "PrintEnded 1 ''", "PrintEnded 2 ''"}));
+}
+
+TEST_F(NameSearch, TheSameRequestTwiceBeforeTheTickEndsOnce) {
+    object = twins.create();
+    twins.takeEvents();
+    int printed = 0;
+    twins.surroundings.neighbours.print = [&](std::int16_t, std::int32_t, const auto&,
+                                              const auto& ended) {
+        ++printed;
+        ended("");
+    };
+    object->PrintWhoIsIn(11);
+    object->PrintWhoIsIn(11);
+    ASSERT_TRUE(runUntil([&] { return printed != 0; }));
+    runPending();
+    EXPECT_EQ(printed, 1);
+    EXPECT_EQ(twins.takeEvents(), Events{"PrintEnded 2 ''"});
+}
+
+TEST_F(NameSearch, TheEndOfARequestIsToldToTheCreatorOfEveryObject) {
+    object = twins.create();
+    RecordingSignals others(twins.events, "other ");
+    const auto other =
+        std::make_unique<search::objNameSearch>(twins.surroundings, twins.place, others);
+    twins.takeEvents();
+    other->PrintStatus();
+    ASSERT_TRUE(runUntil([&] { return twins.events.size() == 2; }));
+    EXPECT_EQ(twins.takeEvents(),
+              (Events{"PrintEnded 1 'Printing is not part of this program.'",
+                      "other PrintEnded 1 'Printing is not part of this program.'"}));
 }
 
 TEST_F(NameSearch, ARequestThatArrivesWhilePrintingWaitsItsTurn) {

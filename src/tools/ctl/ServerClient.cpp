@@ -61,6 +61,7 @@ host::BusMessage ServerClient::send(const host::BusMessage& call) {
         sd_bus_error_free(&error);
         throw failure;
     }
+    sd_bus_message_get_cookie(answer, &lastAnswer_);
     return host::BusMessage::adopt(answer);
 }
 
@@ -269,10 +270,13 @@ void ServerClient::onPrintEnded(
 }
 
 int ServerClient::printEnded(sd_bus_message* message, void* userdata, sd_bus_error*) {
+    const auto* client = static_cast<ServerClient*>(userdata);
+    std::uint64_t cookie = 0;
+    sd_bus_message_get_cookie(message, &cookie);
     std::int16_t request = 0;
     const char* error = nullptr;
-    if (sd_bus_message_read(message, "ns", &request, &error) > 0) {
-        static_cast<ServerClient*>(userdata)->printEnded_(request, error);
+    if (cookie > client->lastAnswer_ && sd_bus_message_read(message, "ns", &request, &error) > 0) {
+        client->printEnded_(request, error);
     }
     return 0;
 }

@@ -67,8 +67,8 @@ public:
     /// asked after every signal of the process, and where the server has gone: false then.
     bool hold(std::optional<double> seconds, const std::function<bool()>& stop);
 
-    /// Calls `ended` for each PrintEnded of an object from here on, while `hold` serves the
-    /// connection.
+    /// Calls `ended` for each PrintEnded of an object, while `hold` serves the connection. What the
+    /// server sent before it answered the latest call is another client's and left out.
     void onPrintEnded(const std::string& path,
                       std::function<void(std::int16_t request, const std::string& error)> ended);
 
@@ -86,6 +86,7 @@ private:
     std::string server_; ///< the unique name of the server that made the objects
     std::string countedMember_;
     std::size_t trueCount_ = 0;
+    std::uint64_t lastAnswer_ = 0; ///< the number that the server gave its latest answer
     bool serverLeft_ = false;
     std::function<void(std::int16_t, const std::string&)> printEnded_;
     std::vector<std::string> created_;
