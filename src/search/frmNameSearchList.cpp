@@ -76,6 +76,7 @@ bool frmNameSearch::isLongToSort(const Recordset& rows) const {
 
 void frmNameSearch::beginFill() {
     clearList();
+    setWindowTitle(platform::titleText(baseCaption_));
     filling_ = true;
     controls_.lvList->hide();
     beginWait(QStringLiteral("Searching…"));
@@ -139,6 +140,7 @@ void frmNameSearch::stopFill(const QString& words) {
     // What was only being sorted stays as it was.
     const bool staysShown = isSortingShown_;
     endFill();
+    controls_.cmdInOut->setEnabled(true);
     controls_.setStatusLine(staysShown ? countWords(model_.list().count()) : words);
     if (std::exchange(showStatusAfterFill_, false)) {
         ShowCardStatus();

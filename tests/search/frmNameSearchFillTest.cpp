@@ -9,7 +9,9 @@ namespace {
 /// Every read of the list is held until the test ends it.
 class LongFill : public NameSearch {
 protected:
-    LongFill() {
+    LongFill() { holdReads(); }
+
+    void holdReads() {
         twins.tables().begin = [this](std::string_view, std::function<void()> ended) {
             held = std::make_shared<HeldRead::Held>();
             held->ended = std::move(ended);
@@ -70,6 +72,25 @@ TEST_F(LongFill, StopLeavesTheListEmptyAndSaysSo) {
     expectStoppedAndUsable();
     EXPECT_EQ(label("lblCount"), "The search was stopped. The list is empty.");
     EXPECT_FALSE(object->SelNameReady());
+}
+
+TEST_F(LongFill, WhatFollowsAFillFollowsAStoppedOneToo) {
+    open();
+    twins.tables().begin = nullptr;
+    search();
+    clickRow(1);
+    holdReads();
+    control<QPushButton>("cmdInOut").setEnabled(false);
+    search();
+    EXPECT_EQ(title(), "HQ:  Search Names");
+    click("cmdStop");
+    EXPECT_EQ(title(), "HQ:  Search Names");
+    EXPECT_TRUE(enabled("cmdInOut"));
+    EXPECT_EQ(control<platform::PhotoBox>("Lead1").state(), platform::PhotoBox::State::Blank);
+    EXPECT_EQ(label("Label_1"), "");
+    click("cmdOK"); // there is no current name: the earlier values stay
+    EXPECT_EQ(object->SelNameID(), 0);
+    EXPECT_TRUE(object->SelNameReady());
 }
 
 TEST_F(LongFill, AnEndThatWasOnItsWayWhenStoppedShowsNothing) {

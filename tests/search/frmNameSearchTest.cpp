@@ -79,6 +79,14 @@ TEST_F(NameSearch, AnEmptyResultSaysSoClearsThePhotoAndRestoresTheBaseCaption) {
     EXPECT_FALSE(control<QLabel>("visitorMark").isVisible());
 }
 
+TEST_F(NameSearch, AFillTakesTheEarlierNameOutOfTheCaption) {
+    open();
+    search();
+    clickRow(1);
+    search();
+    EXPECT_EQ(title(), "HQ:  Search Names");
+}
+
 TEST_F(NameSearch, AFailingStatementIsReportedSaidAndLeavesTheListAsItWas) {
     open();
     search();
