@@ -5,7 +5,8 @@
 #include "platform/SystemLocale.h"
 
 #include <algorithm>
-#include <limits>
+#include <cstdint>
+#include <utility>
 
 namespace kintar::explain {
 namespace {
@@ -31,8 +32,10 @@ Json parsed(std::string_view line) {
 }
 
 bool isNumber32(const Json& value) {
-    return value.is_number_integer() && value >= std::numeric_limits<std::int32_t>::min() &&
-           value <= std::numeric_limits<std::int32_t>::max();
+    if (value.is_number_unsigned()) { // compared as signed, the largest would be negative
+        return std::in_range<std::int32_t>(value.get<std::uint64_t>());
+    }
+    return value.is_number_integer() && std::in_range<std::int32_t>(value.get<std::int64_t>());
 }
 
 template <class Item>

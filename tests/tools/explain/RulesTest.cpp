@@ -56,6 +56,15 @@ TEST(Explain, ALineThatNestsTooDeepGivesAnError) {
               R"json({"id":[[1]],"value":2})json");
 }
 
+TEST(Explain, ANumberBeyondThirtyTwoBitsIsRefused) {
+    for (const std::string number : {"2147483648", "-2147483649", "9223372036854775808",
+                                     "18446744073709551615", "1e400", "3.0", "true", "\"3\""}) {
+        const Json answer = ask("names", "{\"id\":1,\"mode\":0,\"locGrp\":" + number + "}");
+        EXPECT_TRUE(answer.contains("error")) << number;
+        EXPECT_FALSE(answer.contains("sql")) << number;
+    }
+}
+
 TEST(Explain, AnswersACardCommand) {
     const Json answer = ask("card", R"json({"id":1,"enable":true,"locGrp":3,"code":"0012",
         "now":"2012-03-14T17:05:00","locale":"en-US","ruleFile":"7\r\n18:00\r\n",
