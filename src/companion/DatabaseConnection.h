@@ -37,6 +37,9 @@ public:
 
     /// Statements fail soon after `stop` has become true; null: no more. It must outlive that.
     virtual void stopWhen(const std::atomic<bool>* stop) = 0;
+    /// Statements fail at once, also one that runs, while `away` is true: it is known from
+    /// elsewhere that the database does not answer.
+    virtual void failWhile(std::shared_ptr<const std::atomic<bool>> /*away*/) {}
     /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
     /// of the data.
     virtual void beginRead() = 0;

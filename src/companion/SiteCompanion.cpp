@@ -5,7 +5,7 @@
 namespace kintar::companion {
 
 std::shared_ptr<TarnSys> SiteCompanion::newSystem() {
-    return std::make_shared<SiteSystem>(records_, log_);
+    return std::make_shared<SiteSystem>(records_, log_, notices_);
 }
 
 } // namespace kintar::companion

@@ -12,13 +12,14 @@ namespace kintar::companion {
 /// announced to `notices`; both must outlive the companion and every system object it gave.
 class SiteCompanion final : public Companion {
 public:
-    SiteCompanion(Log& log, Notices& notices) : log_(log), records_(notices) {}
+    SiteCompanion(Log& log, Notices& notices) : log_(log), notices_(notices), records_(notices) {}
 
     TarnRec& record() override { return records_; }
     std::shared_ptr<TarnSys> newSystem() override;
 
 private:
     Log& log_;
+    Notices& notices_;
     RecordHelper records_;
 };
 

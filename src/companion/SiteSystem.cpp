@@ -56,7 +56,11 @@ std::unique_ptr<ReadSession> SiteSystem::newReadSession() {
     if (!data_) {
         throw DatabaseError::closed();
     }
-    return std::make_unique<SiteReadSession>(openDatabase(database_, DatabaseAccess::ReadOnly));
+    auto connection = openDatabase(database_, DatabaseAccess::ReadOnly);
+    if (watch_) {
+        connection->failWhile(watch_->away());
+    }
+    return std::make_unique<SiteReadSession>(std::move(connection));
 }
 
 bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
@@ -66,14 +70,35 @@ bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
         throw DatabaseError(ErrorKind::Missing, "There is no data folder " + settings.data + ".");
     }
     // Both or neither: a system with half its connections would fail later and elsewhere.
-    std::shared_ptr<Connection> data = openDatabase(settings.database, DatabaseAccess::ReadWrite);
-    std::shared_ptr<Connection> setup = openDatabase(settings.database, DatabaseAccess::ReadOnly);
+    std::shared_ptr<DatabaseConnection> data =
+        openDatabase(settings.database, DatabaseAccess::ReadWrite);
+    std::shared_ptr<DatabaseConnection> setup =
+        openDatabase(settings.database, DatabaseAccess::ReadOnly);
+    watch(settings.database);
+    if (watch_) {
+        data->failWhile(watch_->away());
+        setup->failWhile(watch_->away());
+    }
     dataPath_ = settings.data;
     database_ = settings.database;
     data_ = std::move(data);
     setup_ = std::move(setup);
     records_.setTextsTable(settings.textsTable);
     return true;
+}
+
+void SiteSystem::watch(const std::string& database) {
+    watch_.reset();
+    notices_.databaseAway(false);
+    if (postgres::isConnectionText(database)) {
+        const auto changed = [this](bool away) {
+            log_.write(LogLevel::Warning,
+                       away ? "the database does not answer" : "the database answers again");
+            notices_.databaseAway(away);
+        };
+        watch_ = std::make_unique<postgres::ServerWatch>(database, changed,
+                                                         postgres::ServerWatch::Pace());
+    }
 }
 
 Recordset SiteSystem::read(const std::string& sql) {

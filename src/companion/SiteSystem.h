@@ -2,10 +2,13 @@
 #pragma once
 
 #include "companion/Log.h"
+#include "companion/Notices.h"
 #include "companion/RecordHelper.h"
 #include "companion/SiteSettings.h"
+#include "companion/postgres/ServerWatch.h"
 #include "server/Companion.h"
 
+#include <memory>
 #include <optional>
 
 namespace kintar::companion {
@@ -13,8 +16,9 @@ namespace kintar::companion {
 /// A site: its two connections, its operator, its texts, rights and reports.
 class SiteSystem final : public TarnSys {
 public:
-    /// Both must outlive the system object.
-    SiteSystem(RecordHelper& records, Log& log) : records_(records), log_(log) {}
+    /// All must outlive the system object.
+    SiteSystem(RecordHelper& records, Log& log, Notices& notices)
+        : records_(records), log_(log), notices_(notices) {}
 
     /// Throws RunTimeError 5 for an empty version.
     void SetVersion(const std::string& version) override;
@@ -43,13 +47,17 @@ private:
     Recordset read(const std::string& sql);
 
     RecordHelper& records_;
+    void watch(const std::string& database);
+
     Log& log_;
+    Notices& notices_;
     std::string version_;
     std::string dataPath_;
     std::string database_;
     std::shared_ptr<Connection> data_;
     std::shared_ptr<Connection> setup_;
     std::int32_t operator_ = 0;
+    std::unique_ptr<postgres::ServerWatch> watch_; ///< only where the database is on a server
 };
 
 } // namespace kintar::companion

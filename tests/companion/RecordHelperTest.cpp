@@ -12,9 +12,9 @@
 namespace kintar::companion {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Pair;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Pair;
 
 class NoNotices final : public Notices {
 public:
@@ -200,7 +200,7 @@ TEST_P(RecordHelperTest, ErrorsOfStatementsNeverQuoteTheirValues) {
             records.ExecuteSQL(sql, connection);
             FAIL() << sql;
         } catch (const RunTimeError& error) {
-            EXPECT_THAT(error.what(), testing::Not(HasSubstr("Secret"))) << sql;
+            EXPECT_THAT(error.what(), ::testing::Not(HasSubstr("Secret"))) << sql;
         }
     }
 }

@@ -25,33 +25,44 @@ void run(sqlite3* database, const std::string& sql) {
     }
 }
 
-/// The name of the database in the shared server that others are copies of.
-const std::string& postgresTemplate() {
-    static const std::string name = [] {
-        auto& cluster = testing::PrivateCluster::shared();
-        testing::runOnServer(cluster.textOf("postgres"), "CREATE DATABASE site TEMPLATE template0");
-        std::string sql;
-        for (const std::string& statement : postgres::functionStatements()) {
+/// The database on a server that others are copies of.
+constexpr const char* templateName = "site";
+
+void makeTemplate(testing::PrivateCluster& cluster) {
+    testing::runOnServer(cluster.textOf("postgres"),
+                         std::string("CREATE DATABASE ") + templateName + " TEMPLATE template0");
+    std::string sql;
+    for (const std::string& statement : postgres::functionStatements()) {
+        sql += statement + ";";
+    }
+    for (const TableDefinition& table : siteTables()) {
+        sql += postgres::createTableStatement(table) + ";";
+        for (const std::string& statement : postgres::createIndexStatements(table)) {
             sql += statement + ";";
         }
-        for (const TableDefinition& table : siteTables()) {
-            sql += postgres::createTableStatement(table) + ";";
-            for (const std::string& statement : postgres::createIndexStatements(table)) {
-                sql += statement + ";";
-            }
-        }
-        sql += testFile("data.sql");
-        for (const TableDefinition& table : siteTables()) {
-            const std::string keys = postgres::continueKeysStatement(table);
-            sql += keys.empty() ? "" : keys + ";";
-        }
-        testing::runOnServer(cluster.textOf("site"), sql);
-        return std::string("site");
+    }
+    sql += testFile("data.sql");
+    for (const TableDefinition& table : siteTables()) {
+        const std::string keys = postgres::continueKeysStatement(table);
+        sql += keys.empty() ? "" : keys + ";";
+    }
+    testing::runOnServer(cluster.textOf(templateName), sql);
+}
+
+testing::PrivateCluster& sharedCluster() {
+    static const bool made = [] {
+        makeTemplate(testing::PrivateCluster::shared());
+        return true;
     }();
-    return name;
+    static_cast<void>(made);
+    return testing::PrivateCluster::shared();
 }
 
 } // namespace
+
+void makeSiteTemplate(testing::PrivateCluster& cluster) {
+    makeTemplate(cluster);
+}
 
 std::string nameOf(TestEngine engine) {
     return engine == TestEngine::Sqlite ? "Sqlite" : "Postgres";
@@ -67,15 +78,27 @@ std::string testFile(const std::string& name) {
     return text.str();
 }
 
-SiteFolder::SiteFolder(TestEngine engine) : engine_(engine) {
+SiteFolder::SiteFolder(testing::PrivateCluster& cluster)
+    : cluster_(&cluster), engine_(TestEngine::Postgres) {
+    makeFolder();
+    database_ = cluster.makeDatabase(templateName);
+    write("kintar3.ini", "[Site]\nDatabase=" + database_ + "\nData=Data\nTexts=Texts\n");
+}
+
+void SiteFolder::makeFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "kintar-site-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");
     }
     path_ = pattern;
     std::filesystem::create_directory(path_ + "/Data");
+}
+
+SiteFolder::SiteFolder(TestEngine engine) : engine_(engine) {
+    makeFolder();
     if (engine_ == TestEngine::Postgres) {
-        database_ = testing::PrivateCluster::shared().makeDatabase(postgresTemplate());
+        cluster_ = &sharedCluster();
+        database_ = cluster_->makeDatabase(templateName);
         write("kintar3.ini", "[Site]\nDatabase=" + database_ + "\nData=Data\nTexts=Texts\n");
         return;
     }
@@ -92,13 +115,17 @@ SiteFolder::~SiteFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
     if (engine_ == TestEngine::Postgres) {
-        dropDatabase();
+        try {
+            dropDatabase();
+        } catch (const std::exception&) {
+            // The server of the test is gone, and the database with it.
+        }
     }
 }
 
 void SiteFolder::dropDatabase() const {
     if (engine_ == TestEngine::Postgres) {
-        testing::PrivateCluster::shared().dropDatabase(database_);
+        cluster_->dropDatabase(database_);
     } else {
         std::filesystem::remove(database_);
     }

@@ -5,6 +5,10 @@
 #include <ostream>
 #include <string>
 
+namespace kintar::testing {
+class PrivateCluster;
+}
+
 namespace kintar::companion {
 
 /// The engines that the same tests run on.
@@ -18,6 +22,8 @@ inline void PrintTo(TestEngine engine, std::ostream* out) {
 class SiteFolder {
 public:
     explicit SiteFolder(TestEngine engine = TestEngine::Sqlite);
+    /// On a server of a test's own, which outlives this.
+    explicit SiteFolder(testing::PrivateCluster& cluster);
     SiteFolder(const SiteFolder&) = delete;
     SiteFolder& operator=(const SiteFolder&) = delete;
     ~SiteFolder();
@@ -32,10 +38,16 @@ public:
     void write(const std::string& name, const std::string& content) const;
 
 private:
+    void makeFolder();
+
+    testing::PrivateCluster* cluster_ = nullptr;
     TestEngine engine_;
     std::string path_;
     std::string database_;
 };
+
+/// Makes the database that sites on a server of a test's own are copies of.
+void makeSiteTemplate(testing::PrivateCluster& cluster);
 
 /// The whole text of a file beside the tests.
 std::string testFile(const std::string& name);

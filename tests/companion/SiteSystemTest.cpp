@@ -12,9 +12,9 @@
 namespace kintar::companion {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 class KeptLog final : public Log {
 public:

@@ -1,10 +1,11 @@
 """The server on a site whose data are on a database server."""
 
 import os
+import re
 import subprocess
 
 import pytest
-from card_events import title_of
+from card_events import show, title_of
 from conftest import program
 from database_server import DatabaseServer
 from desktop import await_true
@@ -61,6 +62,43 @@ def test_a_search_lists_the_names_of_the_database(desktop, accessible, database_
     few = int(database_server.sql("site", f"{expected} AND LName ILIKE 'lindq%'")[0][0])
     # The list of before may still be there for a moment.
     await_true(lambda: find(accessible, "lindq") == few, what="the names that begin so")
+
+
+def test_windows_say_that_the_database_is_away_and_work_goes_on_when_it_is_back(
+    desktop, database_server
+):
+    kintar = desktop.client().create("objKintar")
+    first, second = person(database_server, 1), person(database_server, 2)
+    show(kintar, first)
+    desktop.await_window(re.escape(title_of(first)))
+    for end in (database_server.stop, database_server.kill):
+        end()
+        try:
+            desktop.await_window(re.escape("(not up to date) " + title_of(first)), 20)
+        finally:
+            database_server.start()
+        desktop.await_window(re.escape(title_of(first)), 20)
+    show(kintar, second)
+    desktop.await_window(re.escape(title_of(second)))
+    assert "the database does not answer" in desktop.log()
+    assert "the database answers again" in desktop.log()
+
+
+def test_a_silent_database_holds_up_nobody_for_long(desktop, database_server):
+    kintar = desktop.client().create("objKintar")
+    first, second = person(database_server, 1), person(database_server, 2)
+    show(kintar, first)
+    desktop.await_window(re.escape(title_of(first)))
+    database_server.pause()
+    try:
+        show(kintar, second)
+        desktop.await_window(re.escape("(not up to date) " + title_of(second)), 20)
+        # Calls are answered, and windows are drawn, though no statement is.
+        show(kintar, first)
+        desktop.await_window(re.escape("(not up to date) " + title_of(first)), 10)
+    finally:
+        database_server.resume()
+    desktop.await_window(re.escape(title_of(first)), 20)
 
 
 def test_check_finds_nothing_wrong(server_site):

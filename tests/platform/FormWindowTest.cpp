@@ -115,5 +115,26 @@ TEST_F(FormWindowTest, DoesNotEndTheProgramWhenItCloses) {
     EXPECT_FALSE(form->testAttribute(Qt::WA_QuitOnClose));
 }
 
+TEST_F(FormWindowTest, SaysInEveryTitleThatItIsNotUpToDate) {
+    form->setWindowTitle(QStringLiteral("Names"));
+    FormWindow::showNotUpToDate(true);
+    EXPECT_EQ(form->windowTitle(), QStringLiteral("(not up to date) Names"));
+    FormWindow::showNotUpToDate(true);
+    EXPECT_EQ(form->windowTitle(), QStringLiteral("(not up to date) Names")) << "once";
+    form->setWindowTitle(QStringLiteral("Other"));
+    EXPECT_EQ(form->windowTitle(), QStringLiteral("(not up to date) Other"));
+    FormWindow::showNotUpToDate(false);
+    EXPECT_EQ(form->windowTitle(), QStringLiteral("Other"));
+}
+
+TEST_F(FormWindowTest, MadeMeanwhileSaysSoToo) {
+    FormWindow::showNotUpToDate(true);
+    auto later = FormWindow::make<TestForm>(log);
+    later->setWindowTitle(QStringLiteral("Later"));
+    EXPECT_EQ(later->windowTitle(), QStringLiteral("(not up to date) Later"));
+    FormWindow::showNotUpToDate(false);
+    EXPECT_EQ(later->windowTitle(), QStringLiteral("Later"));
+}
+
 } // namespace
 } // namespace kintar::platform

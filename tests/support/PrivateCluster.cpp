@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <libpq-fe.h>
 #include <memory>
 #include <poll.h>
@@ -158,6 +159,24 @@ void PrivateCluster::kill() {
 
 void PrivateCluster::stop() {
     end(SIGINT);
+}
+
+void PrivateCluster::pause() {
+    signalAll(SIGSTOP);
+}
+
+void PrivateCluster::resume() {
+    signalAll(SIGCONT);
+}
+
+/// To the server and its children: each connection is a process.
+void PrivateCluster::signalAll(int signal) const {
+    std::ifstream children("/proc/" + std::to_string(server_) + "/task/" + std::to_string(server_) +
+                           "/children");
+    ::kill(server_, signal);
+    for (pid_t child = 0; children >> child;) {
+        ::kill(child, signal);
+    }
 }
 
 std::string PrivateCluster::textOf(const std::string& database) const {

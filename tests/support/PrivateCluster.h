@@ -28,6 +28,9 @@ public:
     void kill();
     /// Ends it as an administrator would, hanging up on everybody.
     void stop();
+    /// Makes it answer no more without hanging up, as behind a dead network; and answer again.
+    void pause();
+    void resume();
     /// Starts it again after either.
     void start();
 
@@ -35,6 +38,7 @@ private:
     void makeCluster();
     void waitUntilReady() const;
     void end(int signal);
+    void signalAll(int signal) const;
 
     std::string folder_;
     pid_t server_ = -1;

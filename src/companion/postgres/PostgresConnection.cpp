@@ -102,9 +102,9 @@ void PostgresConnection::connect() {
         throw DatabaseError(*lastFailure_);
     }
     try {
-        handle_ =
-            std::make_unique<PostgresHandle>(text_, access_ == DatabaseAccess::ReadOnly, limits_);
-        handle_->stopWhen(stop_);
+        handle_ = std::make_unique<PostgresHandle>(text_, access_ == DatabaseAccess::ReadOnly,
+                                                   limits_, stop_);
+        handle_->loseWhen(away_);
         ++session_;
         cache_.dropped.clear();
         lastFailure_.reset();
@@ -118,6 +118,12 @@ void PostgresConnection::connect() {
 PostgresHandle& PostgresConnection::handle() {
     if (closed_) {
         throw DatabaseError::closed();
+    }
+    if (away_ && away_->load()) {
+        handle_.reset();
+        inTransaction_ = false;
+        throw DatabaseError(ErrorKind::Unreachable,
+                            "The database " + text_.shownName() + " does not answer.");
     }
     if (!handle_ || !handle_->isAlive()) {
         if (std::exchange(inTransaction_, false)) {
@@ -135,6 +141,13 @@ void PostgresConnection::stopWhen(const std::atomic<bool>* stop) {
     stop_ = stop;
     if (handle_) {
         handle_->stopWhen(stop);
+    }
+}
+
+void PostgresConnection::failWhile(std::shared_ptr<const std::atomic<bool>> away) {
+    away_ = std::move(away);
+    if (handle_) {
+        handle_->loseWhen(away_);
     }
 }
 
@@ -171,7 +184,8 @@ Recordset PostgresConnection::open(std::string_view sql) {
     try {
         return readOnce(sql);
     } catch (const DatabaseError& error) {
-        const bool hungUp = error.kind() == ErrorKind::Unreachable && !handle_->isAlive();
+        const bool hungUp =
+            error.kind() == ErrorKind::Unreachable && (!handle_ || !handle_->isAlive());
         if (!mayRepeat || !hungUp) {
             throw;
         }
@@ -208,6 +222,7 @@ std::unique_ptr<PendingRecordset> PostgresConnection::openAside(std::string_view
         Limits patient = limits_;
         patient.statement = std::chrono::milliseconds(0);
         aside_ = std::make_shared<PostgresConnection>(source_, DatabaseAccess::ReadOnly, patient);
+        aside_->failWhile(away_);
     }
     return std::make_unique<AsideRead>(aside_, std::string(sql), std::move(ended));
 }

@@ -110,8 +110,9 @@ bool endsConnection(const PGresult* result) {
     return severity == "FATAL" || severity == "PANIC";
 }
 
-PostgresHandle::PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits)
-    : shownName_(text.shownName()), limits_(limits) {
+PostgresHandle::PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits,
+                               const std::atomic<bool>* stop)
+    : shownName_(text.shownName()), limits_(limits), stop_(stop) {
     std::string reason = "no answer in time";
     const auto& attempts = text.attempts();
     const Moment start = steady_clock::now();
@@ -182,11 +183,11 @@ bool PostgresHandle::await(short events, Moment deadline) {
         if (left.count() < 0) {
             return false;
         }
-        if (stop_ != nullptr && stop_->load()) {
+        if (shouldStop()) {
             return false;
         }
         pollfd waited{PQsocket(connection_.get()), events, 0};
-        const auto pause = stop_ != nullptr ? std::min(left, slice) : left;
+        const auto pause = stop_ != nullptr || away_ ? std::min(left, slice) : left;
         const int ready = poll(&waited, 1, static_cast<int>(pause.count()) + 1);
         if (ready > 0) {
             return true;
@@ -195,6 +196,18 @@ bool PostgresHandle::await(short events, Moment deadline) {
             return false;
         }
     }
+}
+
+bool PostgresHandle::shouldStop() const {
+    return (stop_ != nullptr && stop_->load()) || (away_ && away_->load());
+}
+
+bool PostgresHandle::waitForHangUp(milliseconds limit) {
+    const Moment deadline = steady_clock::now() + limit;
+    while (isAlive() && !shouldStop() && await(POLLIN, deadline)) {
+        // What came is looked at by the next question whether it is alive.
+    }
+    return isAlive();
 }
 
 bool PostgresHandle::isAlive() {

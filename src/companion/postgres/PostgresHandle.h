@@ -40,12 +40,18 @@ class PostgresHandle {
 public:
     /// Tries the hosts of the text in turn. Throws DatabaseError: Unreachable where none answers in
     /// time, otherwise what the last one that answered said.
-    PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits);
+    PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits,
+                   const std::atomic<bool>* stop = nullptr);
 
     /// Whether statements can still be sent. Also looks whether the server has hung up meanwhile.
     [[nodiscard]] bool isAlive();
     /// Statements end as lost soon after `stop` has become true; null: no more.
     void stopWhen(const std::atomic<bool>* stop) { stop_ = stop; }
+    /// The same for every connection to a server that is known to be away.
+    void loseWhen(std::shared_ptr<const std::atomic<bool>> away) { away_ = std::move(away); }
+
+    /// Waits so long, or until the server hangs up; whether the connection is still alive.
+    bool waitForHangUp(std::chrono::milliseconds limit);
 
     /// Runs statements of the engine's own language, without parameters. The last one's result.
     ResultHandle run(const std::string& sql);
@@ -81,7 +87,10 @@ private:
     std::unique_ptr<PGconn, Finish> connection_;
     std::string shownName_;
     Limits limits_;
+    [[nodiscard]] bool shouldStop() const;
+
     const std::atomic<bool>* stop_ = nullptr;
+    std::shared_ptr<const std::atomic<bool>> away_;
 };
 
 /// The error that a result of the server means. Never holds a value of a statement.

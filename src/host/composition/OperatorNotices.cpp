@@ -1,5 +1,8 @@
 #include "host/composition/OperatorNotices.h"
 
+#include "platform/qt/FormWindow.h"
+
+#include <QApplication>
 #include <QMessageBox>
 #include <QString>
 
@@ -16,6 +19,11 @@ void OperatorNotices::writeFailed(const std::string& reason) {
     box->setInformativeText(QString::fromStdString(reason));
     box->setModal(false);
     box->show();
+}
+
+void OperatorNotices::databaseAway(bool away) {
+    QMetaObject::invokeMethod(
+        qApp, [away] { platform::FormWindow::showNotUpToDate(away); }, Qt::QueuedConnection);
 }
 
 } // namespace kintar::host

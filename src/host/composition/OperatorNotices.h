@@ -9,6 +9,8 @@ namespace kintar::host {
 class OperatorNotices final : public companion::Notices {
 public:
     void writeFailed(const std::string& reason) override;
+    /// Says so in the titles of all forms.
+    void databaseAway(bool away) override;
 };
 
 } // namespace kintar::host

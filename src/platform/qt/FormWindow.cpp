@@ -3,6 +3,7 @@
 #include "base/Twips.h"
 #include "platform/qt/Activation.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -27,6 +28,11 @@ std::vector<ScreenArea> screenAreas(QSize room) {
     }
     return areas;
 }
+
+/// In front, since a narrow title bar cuts what is behind.
+const QString notUpToDateMark = QStringLiteral("(not up to date) ");
+
+bool areNotUpToDate = false;
 
 } // namespace
 
@@ -62,6 +68,32 @@ void FormWindow::unload() {
     const RoutineScope routine(*this);
     Unload();
     hide();
+}
+
+void FormWindow::showNotUpToDate(bool notUpToDate) {
+    areNotUpToDate = notUpToDate;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* form = dynamic_cast<FormWindow*>(window)) {
+            form->markTitle();
+        }
+    }
+}
+
+void FormWindow::markTitle() {
+    const QString title = windowTitle();
+    const bool marked = title.startsWith(notUpToDateMark);
+    if (areNotUpToDate && !marked && !title.isEmpty()) {
+        setWindowTitle(notUpToDateMark + title);
+    } else if (!areNotUpToDate && marked) {
+        setWindowTitle(title.mid(notUpToDateMark.size()));
+    }
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowTitleChange) {
+        markTitle();
+    }
 }
 
 Placement FormWindow::placement() const {

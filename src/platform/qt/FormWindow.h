@@ -34,6 +34,10 @@ public:
     /// forms stand on, when no routine of a form is running.
     static void destroyUnloaded();
 
+    /// Puts a mark in front of every form's title, or takes it away: what the forms show is not up
+    /// to date, since its source is away. Forms that are made meanwhile have it, too.
+    static void showNotUpToDate(bool notUpToDate);
+
     /// Runs the form's load if it has not run yet.
     void ensureLoaded();
     /// Shows the form modeless, which loads it.
@@ -70,10 +74,12 @@ protected:
     [[nodiscard]] WindowId windowId() const { return static_cast<WindowId>(winId()); }
 
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void dispose();
     void leaveRoutine();
+    void markTitle();
 
     std::function<void()> unloadPlace_;
     int routines_ = 0;

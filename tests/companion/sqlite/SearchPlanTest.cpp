@@ -43,7 +43,7 @@ private:
     std::mt19937 random_{4711};
 };
 
-class SearchPlans : public testing::Test {
+class SearchPlans : public ::testing::Test {
 protected:
     SearchPlans() {
         std::string sql = "BEGIN; DELETE FROM Names; DELETE FROM Cards; DELETE FROM LocCards;"

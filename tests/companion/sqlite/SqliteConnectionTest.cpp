@@ -11,9 +11,9 @@
 namespace kintar::companion::sqlite {
 namespace {
 
-using testing::Contains;
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 ErrorKind kindOf(const std::function<void()>& action) {
     try {
@@ -25,7 +25,7 @@ ErrorKind kindOf(const std::function<void()>& action) {
     return ErrorKind::Other;
 }
 
-class SqliteConnectionTest : public testing::Test {
+class SqliteConnectionTest : public ::testing::Test {
 protected:
     SqliteConnection readWrite() { return {site.database(), Access::ReadWrite}; }
     SiteFolder site;

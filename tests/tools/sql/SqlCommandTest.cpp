@@ -10,9 +10,9 @@
 namespace kintar::tools {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
-class SqlCommandTest : public testing::Test {
+class SqlCommandTest : public ::testing::Test {
 protected:
     std::string run(const std::string& statement, bool write = false, bool explain = false) {
         std::ostringstream out;
