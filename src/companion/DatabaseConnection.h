@@ -39,7 +39,7 @@ public:
     virtual void stopWhen(const std::atomic<bool>* stop) = 0;
     /// Statements fail at once, also one that runs, while `away` is true: it is known from
     /// elsewhere that the database does not answer.
-    virtual void failWhile(std::shared_ptr<const std::atomic<bool>> /*away*/) {}
+    virtual void failWhile(const std::shared_ptr<const std::atomic<bool>>& /*away*/) {}
     /// From the first statement after `beginRead` until `endRead`, every SELECT sees the same state
     /// of the data.
     virtual void beginRead() = 0;

@@ -12,7 +12,7 @@
 namespace kintar::companion::dialect {
 
 /// Bytes of a statement. A longer one is refused.
-inline constexpr std::size_t maximumStatementLength = 1024 * 1024;
+inline constexpr std::size_t maximumStatementLength = 1024UL * 1024;
 /// Bytes of a statement besides the contents of its texts: these are bound, not parsed.
 inline constexpr std::size_t maximumLengthBesideTexts = 65536;
 /// Characters of a name.

@@ -38,7 +38,7 @@ private:
     void plainSelect(const Select& select, Projection projection, bool groups);
     void distinctRows(const Select& select, const std::vector<const TableSource*>& tables);
     std::string fromClause(const Select& select);
-    void from(const FromItem& from);
+    void from(const FromItem& item);
     void where(const ExpressionPtr& condition, std::string_view keyword);
     void groupBy(const Select& select);
     void orderBy(const Select& select);

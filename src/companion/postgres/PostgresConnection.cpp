@@ -144,8 +144,8 @@ void PostgresConnection::stopWhen(const std::atomic<bool>* stop) {
     }
 }
 
-void PostgresConnection::failWhile(std::shared_ptr<const std::atomic<bool>> away) {
-    away_ = std::move(away);
+void PostgresConnection::failWhile(const std::shared_ptr<const std::atomic<bool>>& away) {
+    away_ = away;
     if (handle_) {
         handle_->loseWhen(away_);
     }
@@ -274,7 +274,9 @@ std::vector<std::string> PostgresConnection::plan(std::string_view sql) {
     }
     const ResultHandle rows = handle_->run(call + (bound_.values.empty() ? "" : ")"));
     std::vector<std::string> lines;
-    for (int row = 0; row < PQntuples(rows.get()); ++row) {
+    const int count = PQntuples(rows.get());
+    lines.reserve(static_cast<std::size_t>(count));
+    for (int row = 0; row < count; ++row) {
         lines.emplace_back(PQgetvalue(rows.get(), row, 0));
     }
     return lines;

@@ -36,7 +36,7 @@ public:
     std::vector<std::string> plan(std::string_view sql) override;
     std::shared_ptr<void> Snapshot() override;
     void stopWhen(const std::atomic<bool>* stop) override;
-    void failWhile(std::shared_ptr<const std::atomic<bool>> away) override;
+    void failWhile(const std::shared_ptr<const std::atomic<bool>>& away) override;
     void beginRead() override;
     void endRead() noexcept override;
     dialect::Translation translate(std::string_view sql) override;

@@ -3,6 +3,7 @@
 #include "companion/dialect/PostgresOutput.h"
 #include "companion/postgres/FoldTable.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace kintar::companion::postgres {
@@ -206,16 +207,16 @@ std::vector<std::string> createIndexStatements(const TableDefinition& table) {
 }
 
 std::string continueKeysStatement(const TableDefinition& table) {
-    for (const ColumnDefinition& column : table.columns) {
-        if (column.key == KeyKind::Assigned) {
-            const std::string name = postgresSchemaName(table.name);
-            const std::string key = postgresSchemaName(column.name);
-            return "SELECT setval(pg_get_serial_sequence('" + name + "', '" +
-                   key.substr(1, key.size() - 2) + "'), greatest(1, (SELECT max(" + key +
-                   ") FROM " + name + ")), EXISTS (SELECT FROM " + name + "))";
-        }
+    const auto assigned =
+        std::ranges::find(table.columns, KeyKind::Assigned, &ColumnDefinition::key);
+    if (assigned == table.columns.end()) {
+        return {};
     }
-    return {};
+    const std::string name = postgresSchemaName(table.name);
+    const std::string key = postgresSchemaName(assigned->name);
+    return "SELECT setval(pg_get_serial_sequence('" + name + "', '" +
+           key.substr(1, key.size() - 2) + "'), greatest(1, (SELECT max(" + key + ") FROM " + name +
+           ")), EXISTS (SELECT FROM " + name + "))";
 }
 
 } // namespace kintar::companion::postgres
