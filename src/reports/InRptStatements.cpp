@@ -73,10 +73,11 @@ std::string activeCardsQuery(std::int32_t locGrp) {
 
 std::string cardUsesQuery(std::int32_t nameId, std::string_view locationList,
                           std::string_view timeLimit) {
+    constexpr std::string_view usesOfAHolder =
+        "Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards "
+        "On LocCards.CardID = Cards.ID Where Cards.NameID = ";
     // Two blanks after the second And: this text is a contract.
-    return joined({"Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join Cards "
-                   "On LocCards.CardID = Cards.ID Where Cards.NameID = ",
-                   std::to_string(nameId), " And Loc In (", locationList,
+    return joined({usesOfAHolder, std::to_string(nameId), " And Loc In (", locationList,
                    ") And  LocCards.LastDate > ", timeLimit, " Order By CardID, LastDate Desc"});
 }
 
@@ -118,7 +119,7 @@ std::string cutToWidth(std::string_view text, std::size_t width) {
     if (text.size() <= width) {
         return unicode::toValidUtf8(text);
     }
-    const std::string valid = unicode::toValidUtf8(text);
+    std::string valid = unicode::toValidUtf8(text);
     std::size_t characters = 0;
     for (std::size_t i = 0; i < valid.size(); ++i) {
         if (!continuesCharacter(valid[i]) && ++characters > width) {

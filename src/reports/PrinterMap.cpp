@@ -31,6 +31,8 @@ void applyPrinterMap(std::string_view map, std::int32_t loc, PrinterChoice& choi
     if (map.starts_with(byteOrderMark)) {
         map.remove_prefix(byteOrderMark.size());
     }
+    const std::string number = std::to_string(loc);
+    const std::string betweenCommas = ',' + number + ',';
     while (!map.empty()) {
         std::string_view line = takeLine(map);
         const std::size_t semicolon = line.find(';');
@@ -38,8 +40,7 @@ void applyPrinterMap(std::string_view map, std::int32_t loc, PrinterChoice& choi
             semicolon == std::string_view::npos ? std::string() : line.substr(semicolon + 1);
         line = line.substr(0, semicolon);
         const bool commas = line.find(',') != std::string_view::npos;
-        const std::string separator = commas ? "," : "";
-        if (line.find(separator + std::to_string(loc) + separator) == std::string_view::npos) {
+        if (line.find(commas ? betweenCommas : number) == std::string_view::npos) {
             continue;
         }
         choice.locationList = commas ? line.substr(0, line.size() - 1) : trimmedOfBlanks(line);

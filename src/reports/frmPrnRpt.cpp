@@ -122,15 +122,15 @@ void frmPrnRpt::PreView() {
         crv_->showStatus("Reading and laying out the report");
         Show();
         viewWorker_.layOut(std::move(read), reports::usualPaper(),
-                           [this](std::shared_ptr<reports::LaidOutReport> pages,
+                           [this](const std::shared_ptr<reports::LaidOutReport>& pages,
                                   const std::string& error) { showLaidOut(pages, error); });
     });
 }
 
-void frmPrnRpt::showLaidOut(std::shared_ptr<reports::LaidOutReport> pages,
+void frmPrnRpt::showLaidOut(const std::shared_ptr<reports::LaidOutReport>& pages,
                             const std::string& error) {
     reporting("frmPrnRpt/PreView", [&] {
-        crv_->showReport(std::move(pages));
+        crv_->showReport(pages);
         crv_->showStatus("");
         if (!error.empty()) {
             throw RunTimeError(1004, error);

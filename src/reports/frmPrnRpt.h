@@ -65,7 +65,8 @@ private:
     void startPrintOut(std::function<void(const std::string&)> printed);
     void endPrintOut(const reports::PrintOut* printOut, const std::string& error);
     [[nodiscard]] std::string chosenPrinter();
-    void showLaidOut(std::shared_ptr<reports::LaidOutReport> pages, const std::string& error);
+    void showLaidOut(const std::shared_ptr<reports::LaidOutReport>& pages,
+                     const std::string& error);
     void exportWhereTheOperatorSays();
     void exportAside(const std::string& fileName);
 
