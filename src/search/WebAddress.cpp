@@ -117,7 +117,7 @@ WebAddress webAddress(std::string_view text) {
     if (candidate.empty()) {
         return {};
     }
-    const WebAddress refused{.kind = WebAddress::Kind::Refused, .address = {}};
+    WebAddress refused{.kind = WebAddress::Kind::Refused, .address = {}};
     if (candidate.size() > longestAddress || hasForbiddenCharacter(candidate)) {
         return refused;
     }

@@ -20,6 +20,7 @@ constexpr std::array<std::pair<const char*, const char*>, 5> commandMembers = {
 
 std::vector<std::string> overrideCommandWords() {
     std::vector<std::string> words;
+    words.reserve(commandMembers.size());
     for (const auto& [word, member] : commandMembers) {
         words.emplace_back(word);
     }

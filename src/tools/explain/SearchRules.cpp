@@ -181,10 +181,12 @@ void applyNames(const Json& input, Answer& answer) {
     criteria.mode = toInt16(mode);
     criteria.lastName = textOrEmpty(input, "lastName");
     criteria.firstName = textOrEmpty(input, "firstName");
-    answer.add("sql", search::LoadNames(
-                          criteria,
-                          {[&](std::string_view source) { return literals.sqlText(source); },
-                           [&](std::string_view, std::int32_t, bool) { return companyFilter; }}));
+    answer.add("sql", search::LoadNames(criteria, {[&](std::string_view source) {
+                                                       return literals.sqlText(source);
+                                                   },
+                                                   [&](std::string_view, std::int32_t, bool) {
+                                                       return std::string(companyFilter);
+                                                   }}));
 }
 
 void applySelection(const Json& input, Answer& answer) {

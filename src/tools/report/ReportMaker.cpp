@@ -64,7 +64,7 @@ std::string ReportMaker::makeWhoIsIn(std::int32_t loc) {
     if (!build.succeeded()) {
         throw std::runtime_error(failure);
     }
-    const std::string copy = folder_.path() + "/InRptc.rpt";
+    std::string copy = folder_.path() + "/InRptc.rpt";
     std::filesystem::copy_file(site_ + "/Reports/InRptc.rpt", copy);
     return copy;
 }

@@ -11,7 +11,7 @@ namespace pg = companion::postgres;
 
 namespace {
 
-constexpr std::size_t pieceBytes = 1024 * 1024;
+constexpr std::size_t pieceBytes = std::size_t{1024} * 1024;
 
 } // namespace
 

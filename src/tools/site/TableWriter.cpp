@@ -10,7 +10,7 @@ namespace kintar::site {
 
 namespace {
 
-constexpr std::size_t pieceBytes = 1024 * 1024;
+constexpr std::size_t pieceBytes = std::size_t{1024} * 1024;
 
 } // namespace
 
