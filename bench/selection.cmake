@@ -4,6 +4,9 @@ kintar_bench(selection_bench
 kintar_bench(board_bench
     SOURCES BoardBench.cpp ${PROJECT_SOURCE_DIR}/tests/search/SearchSite.cpp
     LINK kintar_board_windows kintar_companion)
-foreach(bench selection_bench board_bench)
+kintar_bench(board_server_bench
+    SOURCES BoardServerBench.cpp ${PROJECT_SOURCE_DIR}/tests/search/SearchSite.cpp
+    LINK kintar_board_reader kintar_companion kintar_cluster)
+foreach(bench selection_bench board_bench board_server_bench)
     target_include_directories(${bench} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 endforeach()

@@ -6,11 +6,14 @@
 #include "server/Companion.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kintar::companion {
 
@@ -21,6 +24,11 @@ class DatabaseConnection : public Connection {
 public:
     /// The rows of a SELECT. Another statement is an error.
     virtual Recordset open(std::string_view sql) = 0;
+    /// See TarnRec::readTogether and TarnRec::OpenRecordsets.
+    [[nodiscard]] virtual std::size_t readTogether() const { return 1; }
+    virtual std::vector<ReadOfMany> openTogether(std::span<const std::string> statements) {
+        return readOneByOne(statements, [this](const std::string& sql) { return open(sql); });
+    }
     /// The same, read aside; see TarnRec::BeginRecordset.
     virtual std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                         std::function<void()> ended) = 0;

@@ -23,6 +23,15 @@ Recordset RecordHelper::OpenRecordset(std::string_view sql, Connection& connecti
     return opened(connection).open(sql);
 }
 
+std::size_t RecordHelper::readTogether(Connection& connection) {
+    return opened(connection).readTogether();
+}
+
+std::vector<ReadOfMany> RecordHelper::OpenRecordsets(std::span<const std::string> statements,
+                                                     Connection& connection) {
+    return opened(connection).openTogether(statements);
+}
+
 std::unique_ptr<PendingRecordset> RecordHelper::BeginRecordset(std::string_view sql,
                                                                Connection& connection,
                                                                std::function<void()> ended) {

@@ -13,6 +13,9 @@ public:
     explicit RecordHelper(Notices& notices) : notices_(notices) {}
 
     Recordset OpenRecordset(std::string_view sql, Connection& connection) override;
+    std::size_t readTogether(Connection& connection) override;
+    std::vector<ReadOfMany> OpenRecordsets(std::span<const std::string> statements,
+                                           Connection& connection) override;
     std::unique_ptr<PendingRecordset> BeginRecordset(std::string_view sql, Connection& connection,
                                                      std::function<void()> ended) override;
     void ExecuteSQL(std::string_view sql, Connection& connection) override;

@@ -47,11 +47,9 @@ void BoardRefresh::readAll() {
 void BoardRefresh::readStates() {
     try {
         source_.begin();
-        for (const std::int32_t id : ids_) {
-            if (stop_) {
-                break;
-            }
-            read_.push_back(source_.read(id));
+        while (!stop_ && read_.size() < ids_.size()) {
+            const auto icons = source_.read(std::span(ids_).subspan(read_.size()));
+            read_.insert(read_.end(), icons.begin(), icons.end());
         }
     } catch (...) {
         error_ = std::current_exception();

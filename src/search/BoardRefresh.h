@@ -11,6 +11,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <span>
 #include <thread>
 #include <vector>
 
@@ -24,7 +25,9 @@ public:
     /// may be called on another thread, until that refresh has ended.
     virtual bool prepare() = 0;
     virtual void begin() = 0;
-    virtual Icon read(std::int32_t nameId) = 0;
+    /// The states of the first of these holders, in order: as many as are best read together, at
+    /// least one.
+    virtual std::vector<Icon> read(std::span<const std::int32_t> nameIds) = 0;
     /// No error, and nothing where nothing was begun.
     virtual void end() noexcept = 0;
 };

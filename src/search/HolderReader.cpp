@@ -2,6 +2,8 @@
 
 #include "server/IgnoringErrors.h"
 
+#include <algorithm>
+
 namespace kintar::board {
 namespace {
 
@@ -20,6 +22,11 @@ void addRows(Board& board, Recordset& names) {
     for (; !names.atEnd(); names.MoveNext()) {
         board.add(names.field(id).asLong(), names.field(name).text());
     }
+}
+
+Icon iconOf(const Recordset& uses) {
+    constexpr std::size_t inOut = 4; // by position: this is done for every holder of a list
+    return !uses.atEnd() && isIn(uses.field(inOut).view()) ? Icon::In : Icon::Out;
 }
 
 } // namespace
@@ -63,10 +70,17 @@ void CompanionStates::begin() {
     }
 }
 
-Icon CompanionStates::read(std::int32_t nameId) {
-    const Recordset rows = record_->OpenRecordset(stateQuery(nameId), *connection_);
-    constexpr std::size_t inOut = 4; // by position: this is done for every holder of a list
-    return !rows.atEnd() && isIn(rows.field(inOut).view()) ? Icon::In : Icon::Out;
+std::vector<Icon> CompanionStates::read(std::span<const std::int32_t> nameIds) {
+    statements_.clear();
+    for (const std::int32_t id :
+         nameIds.first(std::min(nameIds.size(), record_->readTogether(*connection_)))) {
+        statements_.push_back(stateQuery(id));
+    }
+    std::vector<Icon> icons;
+    for (ReadOfMany& state : record_->OpenRecordsets(statements_, *connection_)) {
+        icons.push_back(iconOf(state.take()));
+    }
+    return icons;
 }
 
 void CompanionStates::end() noexcept {

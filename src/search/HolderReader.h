@@ -10,6 +10,9 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace kintar::board {
 
@@ -35,7 +38,7 @@ public:
 
     bool prepare() override;
     void begin() override;
-    Icon read(std::int32_t nameId) override;
+    std::vector<Icon> read(std::span<const std::int32_t> nameIds) override;
     void end() noexcept override;
 
 private:
@@ -43,6 +46,7 @@ private:
     TarnRec* record_ = nullptr;
     Connection* connection_ = nullptr;
     std::unique_ptr<ReadSession> own_;
+    std::vector<std::string> statements_; ///< those of one read
 };
 
 } // namespace kintar::board

@@ -2,13 +2,16 @@
 #pragma once
 
 #include "base/DateTime.h"
+#include "server/ReadOfMany.h"
 #include "server/Recordset.h"
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -110,6 +113,16 @@ class TarnRec {
 public:
     virtual ~TarnRec() = default;
     virtual Recordset OpenRecordset(std::string_view sql, Connection& connection) = 0;
+    /// How many SELECTs of one shape are best read by one call of OpenRecordsets.
+    virtual std::size_t readTogether(Connection& /*connection*/) { return 1; }
+    /// Several SELECTs: what each gave, in order, as one call of OpenRecordset after the other
+    /// would have given it. An error is that of its own statement, and the last: what stands behind
+    /// it is not read.
+    virtual std::vector<ReadOfMany> OpenRecordsets(std::span<const std::string> statements,
+                                                   Connection& connection) {
+        return readOneByOne(statements,
+                            [&](const std::string& sql) { return OpenRecordset(sql, connection); });
+    }
     /// Starts a SELECT that may take long, on a connection of its own to the same data. Throws, or
     /// lets `take` throw, what OpenRecordset would. `ended` is called once the read has ended, on
     /// whatever thread, and not any more once the pending recordset has been destroyed.

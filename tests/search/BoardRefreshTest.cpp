@@ -1,5 +1,6 @@
 #include "search/BoardRefresh.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <latch>
@@ -26,7 +27,14 @@ public:
         return aside;
     }
     void begin() override { events.emplace_back("begin"); }
-    Icon read(std::int32_t nameId) override {
+    std::vector<Icon> read(std::span<const std::int32_t> nameIds) override {
+        std::vector<Icon> icons;
+        for (const std::int32_t id : nameIds.first(std::min(nameIds.size(), together))) {
+            icons.push_back(readOne(id));
+        }
+        return icons;
+    }
+    Icon readOne(std::int32_t nameId) {
         readers.push_back(std::this_thread::get_id());
         if (goOn) {
             reading.count_down();
@@ -41,6 +49,7 @@ public:
     void end() noexcept override { events.emplace_back("end"); }
 
     bool aside = false;
+    std::size_t together = 1;
     bool refuse = false;
     std::map<std::int32_t, bool> in;
     std::int32_t failAt = 0;
@@ -114,6 +123,17 @@ TEST_P(BoardRefreshing, WhatAClickHasReadMeanwhileIsNotReplacedByAnOlderState) {
     refresh->show(board);
     EXPECT_EQ(board.item(0).icon, Icon::In);
     EXPECT_EQ(board.item(1).icon, Icon::Out);
+}
+
+TEST_P(BoardRefreshing, HoldersReadTogetherAreAllReadOnceInOrder) {
+    source.together = 2;
+    source.in[3] = true;
+    const auto refresh = begin();
+    await(*refresh);
+    EXPECT_THAT(source.events, ElementsAre("begin", "read 1", "read 2", "read 3", "end"));
+    refresh->show(board);
+    EXPECT_EQ(board.item(0).icon, Icon::Out);
+    EXPECT_EQ(board.item(2).icon, Icon::In);
 }
 
 TEST_P(BoardRefreshing, NothingNewIsNoChange) {

@@ -6,6 +6,13 @@
 
 namespace kintar::search::testing {
 
+SearchSite::SearchSite(const std::string& database) {
+    folder_.makeFolder("Data");
+    folder_.write("kintar3.ini", "[Site]\nDatabase=" + database + "\nData=Data\nTexts=Texts\n");
+    globals_.gSysPath = folder_.path();
+    globals_.addInstance();
+}
+
 SearchSite::SearchSite() {
     folder_.makeFolder("Data");
     folder_.write("kintar3.ini", "[Site]\nDatabase=site.db\nData=Data\nTexts=Texts\n");

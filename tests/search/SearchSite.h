@@ -31,6 +31,8 @@ public:
 class SearchSite {
 public:
     SearchSite();
+    /// On a database server's site, which is there already; `foreign` and `database` mean nothing.
+    explicit SearchSite(const std::string& database);
     SearchSite(const SearchSite&) = delete;
     SearchSite& operator=(const SearchSite&) = delete;
     ~SearchSite();

@@ -8,7 +8,9 @@
 #include "companion/postgres/ResultReader.h"
 #include "server/IgnoringErrors.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 
 namespace kintar::companion::postgres {
@@ -58,6 +60,17 @@ std::string plainText(const dialect::ParameterValue& value) {
     }
     const auto* text = std::get_if<std::string>(&value);
     return text != nullptr ? *text : std::string();
+}
+
+/// What is bound for many runs: an array of all their values, or the one value that all have.
+std::vector<std::optional<std::string>> textsOf(const std::vector<ValuesOfRuns>& values,
+                                                const std::vector<bool>& areArrays) {
+    std::vector<std::optional<std::string>> texts;
+    texts.reserve(values.size());
+    for (std::size_t at = 0; at < values.size(); ++at) {
+        texts.push_back(areArrays[at] ? arrayText(values[at]) : values[at].front());
+    }
+    return texts;
 }
 
 bool isLoss(const DatabaseError& error) {
@@ -133,6 +146,9 @@ PostgresHandle& PostgresConnection::handle() {
                                     ": the connection was lost while it was read.");
         }
         connect();
+    }
+    if (inTransaction_ && handle_->isTransactionBroken()) {
+        handle_->run("ROLLBACK TO SAVEPOINT kintar");
     }
     return *handle_;
 }
@@ -228,7 +244,8 @@ std::unique_ptr<PendingRecordset> PostgresConnection::openAside(std::string_view
 }
 
 void PostgresConnection::beginReading() {
-    handle().run("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    // A statement that fails is taken back to the mark, so that those behind it can be read.
+    handle().run("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SAVEPOINT kintar");
     inTransaction_ = true;
 }
 
@@ -289,6 +306,7 @@ Shape& PostgresConnection::shapeOf(std::string_view sql) {
     }
     Shape shape;
     shape.key = lifted_.shape;
+    shape.outline = dialect::ShapeOutline(sql);
     shape.tree = dialect::parseStatement(sql);
     dialect::Resolver(*catalog_, sql).resolve(shape.tree);
     dialect::rewrite(shape.tree);
@@ -296,12 +314,21 @@ Shape& PostgresConnection::shapeOf(std::string_view sql) {
     return cache_.insert(std::move(shape));
 }
 
-PreparedText& PostgresConnection::variantOf(Shape& shape) {
-    variantKey_.clear();
+std::string PostgresConnection::variantKeyOf(const Shape& shape) const {
+    std::string key;
     for (const dialect::TextSearch& search : shape.searches) {
-        variantKey_ += writer_.variantOf(search, lifted_.values[search.literal]);
+        key += writer_.variantOf(search, lifted_.values[search.literal]);
     }
-    const auto known = shape.variants.find(variantKey_);
+    return key;
+}
+
+std::string PostgresConnection::newName() {
+    return "kintar" + std::to_string(++names_);
+}
+
+PreparedText& PostgresConnection::variantOf(Shape& shape) {
+    const std::string key = variantKeyOf(shape);
+    const auto known = shape.variants.find(key);
     if (known != shape.variants.end()) {
         return known->second;
     }
@@ -311,8 +338,8 @@ PreparedText& PostgresConnection::variantOf(Shape& shape) {
     for (const Parameter& parameter : made.translation.parameters) {
         made.types.push_back(typeOf(parameter, lifted_.values[parameter.literal].kind));
     }
-    made.name = "kintar" + std::to_string(++names_);
-    return cache_.addVariant(shape, variantKey_, std::move(made));
+    made.name = newName();
+    return cache_.addVariant(shape, key, std::move(made));
 }
 
 PreparedText& PostgresConnection::textOf(std::string_view sql, Wanted wanted) {
@@ -341,19 +368,32 @@ void PostgresConnection::prepareOnServer(PreparedText& text) {
     text.session = session_;
 }
 
+/// The value as text; nothing where it is Null.
+std::optional<std::string> PostgresConnection::valueOf(const Parameter& parameter) const {
+    std::string text = plainText(writer_.valueOf(parameter, lifted_.values[parameter.literal]));
+    if (parameter.use == Parameter::Use::NumberOfText && text.empty()) {
+        return std::nullopt; // a text that is no number
+    }
+    return text;
+}
+
 void PostgresConnection::bind(const PreparedText& text) {
+    std::vector<std::optional<std::string>> values;
+    values.reserve(text.translation.parameters.size());
+    for (const Parameter& parameter : text.translation.parameters) {
+        values.push_back(valueOf(parameter));
+    }
+    bind(std::move(values));
+}
+
+void PostgresConnection::bind(std::vector<std::optional<std::string>> values) {
     bound_.kept.clear();
     bound_.values.clear();
     bound_.lengths.clear();
-    for (const Parameter& parameter : text.translation.parameters) {
-        bound_.kept.push_back(
-            plainText(writer_.valueOf(parameter, lifted_.values[parameter.literal])));
-    }
-    std::size_t at = 0;
-    for (const Parameter& parameter : text.translation.parameters) {
-        // An empty number is a text that is none.
-        const std::string& kept = bound_.kept[at++];
-        const bool none = parameter.use == Parameter::Use::NumberOfText && kept.empty();
+    bound_.kept.reserve(values.size());
+    for (std::optional<std::string>& value : values) {
+        const bool none = !value;
+        const std::string& kept = bound_.kept.emplace_back(std::move(value).value_or(""));
         bound_.values.push_back(none ? nullptr : kept.c_str());
         bound_.lengths.push_back(static_cast<int>(kept.size()));
     }
@@ -363,6 +403,92 @@ ResultHandle PostgresConnection::runPrepared(PreparedText& text) {
     prepareOnServer(text);
     bind(text);
     return handle_->runPrepared(text.name, bound_);
+}
+
+/// The values of those in front that have the shape and the text of the first.
+std::vector<ValuesOfRuns>
+PostgresConnection::valuesOfRuns(std::span<const std::string> statements) {
+    const Shape& shape = shapeOf(statements.front());
+    const std::string variant = variantKeyOf(shape);
+    const auto& parameters = shape.variants.at(variant).translation.parameters;
+    std::vector<ValuesOfRuns> values(parameters.size());
+    for (const std::string& sql : statements) {
+        if (!shape.outline.lift(shape.key, sql, lifted_.values) || variantKeyOf(shape) != variant) {
+            break;
+        }
+        for (std::size_t at = 0; at < parameters.size(); ++at) {
+            values[at].push_back(valueOf(parameters[at]));
+        }
+    }
+    return values;
+}
+
+/// The text that takes these values: arrays where they differ, or have differed before.
+PreparedText& PostgresConnection::textOfRuns(PreparedText& text,
+                                             const std::vector<ValuesOfRuns>& values) {
+    std::vector<bool> areArrays = text.areArrays;
+    areArrays.resize(values.size());
+    for (std::size_t at = 0; at < values.size(); ++at) {
+        areArrays[at] = areArrays[at] || !areEqual(values[at]);
+    }
+    if (text.ofManyRuns && areArrays == text.areArrays) {
+        return *text.ofManyRuns;
+    }
+    if (text.ofManyRuns) {
+        cache_.drop(*text.ofManyRuns);
+    }
+    auto made = std::make_unique<PreparedText>();
+    made->translation.text = textOfManyRuns(text.translation.text, areArrays, text.columns->size());
+    made->columns = text.columns;
+    made->name = newName();
+    for (std::size_t at = 0; at < values.size(); ++at) {
+        made->types.push_back(areArrays[at] ? arrayTypeOf(text.types[at]) : text.types[at]);
+    }
+    text.ofManyRuns = std::move(made);
+    text.areArrays = std::move(areArrays);
+    return *text.ofManyRuns;
+}
+
+/// Reads those in front that are of one shape. False where nothing was read: each is to be read by
+/// itself then.
+bool PostgresConnection::readAsOne(std::span<const std::string> statements,
+                                   std::vector<ReadOfMany>& results) {
+    const bool inTransaction = inTransaction_;
+    try {
+        PreparedText& text = textOf(statements.front(), Wanted::Rows);
+        const std::vector<ValuesOfRuns> values = valuesOfRuns(statements);
+        const std::size_t runs = values.empty() ? 0 : values.front().size();
+        if (runs < 2 || std::ranges::all_of(values, areEqual)) {
+            return false;
+        }
+        PreparedText& ofRuns = textOfRuns(text, values);
+        prepareOnServer(ofRuns);
+        bind(textsOf(values, text.areArrays));
+        const ResultHandle rows = handle_->runPrepared(ofRuns.name, bound_);
+        for (Recordset& read : readResultOfManyRuns(rows.get(), text.columns, runs)) {
+            results.emplace_back(std::move(read));
+        }
+        return true;
+    } catch (const DatabaseError&) {
+        const bool endedTheTransaction = inTransaction != inTransaction_;
+        if (endedTheTransaction) {
+            results.emplace_back(std::current_exception());
+        }
+        return endedTheTransaction;
+    }
+}
+
+std::vector<ReadOfMany> PostgresConnection::openTogether(std::span<const std::string> statements) {
+    std::vector<ReadOfMany> results;
+    results.reserve(statements.size());
+    while (results.size() < statements.size() && (results.empty() || !results.back().failed())) {
+        const auto left = statements.subspan(results.size());
+        if (!readAsOne(left, results)) {
+            std::ranges::move(DatabaseConnection::openTogether(left), std::back_inserter(results));
+            break;
+        }
+    }
+    return results;
 }
 
 } // namespace kintar::companion::postgres

@@ -5,15 +5,19 @@
 #include "companion/DatabaseConnection.h"
 #include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/PostgresWriter.h"
+#include "companion/postgres/ManyRuns.h"
 #include "companion/postgres/PostgresHandle.h"
 #include "companion/postgres/ShapeCache.h"
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace kintar::companion::postgres {
 
@@ -29,6 +33,10 @@ public:
     [[nodiscard]] bool isOpen() const override { return !closed_; }
     void Close() override;
     Recordset open(std::string_view sql) override;
+    [[nodiscard]] std::size_t readTogether() const override { return 256; }
+    /// Statements of one shape go as one over the values of all; see ManyRuns.h. Where that fails
+    /// each goes by itself, so that an error is that of its own statement.
+    std::vector<ReadOfMany> openTogether(std::span<const std::string> statements) override;
     std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                 std::function<void()> ended) override;
     /// Throws DatabaseError (OutcomeUnknown) where the connection was lost before the answer came.
@@ -59,9 +67,16 @@ private:
     Shape& shapeOf(std::string_view sql);
     PreparedText& textOf(std::string_view sql, Wanted wanted);
     PreparedText& variantOf(Shape& shape);
+    std::string newName();
     void prepareOnServer(PreparedText& text);
+    [[nodiscard]] std::optional<std::string> valueOf(const dialect::Parameter& parameter) const;
     void bind(const PreparedText& text);
+    void bind(std::vector<std::optional<std::string>> values);
     ResultHandle runPrepared(PreparedText& text);
+    [[nodiscard]] std::string variantKeyOf(const Shape& shape) const;
+    std::vector<ValuesOfRuns> valuesOfRuns(std::span<const std::string> statements);
+    PreparedText& textOfRuns(PreparedText& text, const std::vector<ValuesOfRuns>& values);
+    bool readAsOne(std::span<const std::string> statements, std::vector<ReadOfMany>& results);
     void beginReading();
 
     ConnectionText text_;
@@ -78,7 +93,6 @@ private:
     std::unique_ptr<Catalog> catalog_;
     dialect::PostgresWriter writer_;
     dialect::LiftedStatement lifted_;
-    std::string variantKey_;
     ShapeCache cache_;
     BoundValues bound_;
     const std::atomic<bool>* stop_ = nullptr;

@@ -50,6 +50,11 @@ public:
     /// The same for every connection to a server that is known to be away.
     void loseWhen(std::shared_ptr<const std::atomic<bool>> away) { away_ = std::move(away); }
 
+    /// Whether an error has made the transaction take no statements any more.
+    [[nodiscard]] bool isTransactionBroken() const {
+        return PQtransactionStatus(connection_.get()) == PQTRANS_INERROR;
+    }
+
     /// Waits so long, or until the server hangs up; whether the connection is still alive.
     bool waitForHangUp(std::chrono::milliseconds limit);
 

@@ -13,11 +13,18 @@ Shape* ShapeCache::find(std::string_view key) {
     return &shapes_.front();
 }
 
+void ShapeCache::drop(const PreparedText& text) {
+    if (text.session != 0) {
+        dropped.push_back(text.name);
+    }
+    if (text.ofManyRuns) {
+        drop(*text.ofManyRuns);
+    }
+}
+
 void ShapeCache::drop(const Shape& shape) {
     for (const auto& [key, text] : shape.variants) {
-        if (text.session != 0) {
-            dropped.push_back(text.name);
-        }
+        drop(text);
     }
 }
 

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "companion/dialect/EngineWriter.h"
+#include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/Statements.h"
 
 #include <cstdint>
 #include <libpq-fe.h>
 #include <list>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,11 +24,15 @@ struct PreparedText {
     std::vector<Oid> types;    ///< of its parameters
     std::string name;          ///< that the server knows it by
     std::uint64_t session = 0; ///< in which it was prepared; 0: not yet
+    /// The text that gives the rows of many runs, and which of its parameters are arrays.
+    std::unique_ptr<PreparedText> ofManyRuns;
+    std::vector<bool> areArrays;
 };
 
 /// A shape: its tree, and a text for each variant of its searches.
 struct Shape {
     std::string key;
+    dialect::ShapeOutline outline;
     dialect::Statement tree;
     std::vector<dialect::TextSearch> searches;
     std::map<std::string, PreparedText, std::less<>> variants;
@@ -46,6 +52,8 @@ public:
     /// A place for another text of a shape; makes room where there are too many.
     PreparedText& addVariant(Shape& shape, const std::string& key, PreparedText text);
     void clear();
+    /// Notes that the server is not to hold a text any longer.
+    void drop(const PreparedText& text);
     [[nodiscard]] std::size_t size() const { return byKey_.size(); }
 
     /// Names of prepared texts that are not needed any more.
