@@ -1,5 +1,7 @@
 #include "search/NameListView.h"
 
+#include "platform/qt/TextCells.h"
+
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -17,6 +19,7 @@ NameListView::NameListView(QWidget* parent) : QTreeView(parent) {
     setAlternatingRowColors(true);
     header()->setStretchLastSection(true);
     header()->setSectionsMovable(false);
+    setItemDelegate(new platform::TextCells(this));
     setColumnClicks(true);
     connect(header(), &QHeaderView::sectionClicked, this, &NameListView::columnClicked);
 }
