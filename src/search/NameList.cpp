@@ -5,8 +5,12 @@
 #include "search/SortedOrder.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace kintar::search {
 namespace {
@@ -14,15 +18,6 @@ namespace {
 /// The item's text is the second field; sub-items follow it.
 constexpr std::size_t textField = 1;
 constexpr std::size_t tagColumn = 1;
-
-bool allIntegers(const Recordset& rows, std::size_t field) {
-    for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
-        if (rows.at(row, field).kind() != FieldValue::Kind::Integer) {
-            return false;
-        }
-    }
-    return true;
-}
 
 bool hasEqualTexts(const Recordset& rows, std::size_t field) {
     std::unordered_set<std::string> seen;
@@ -34,23 +29,46 @@ bool hasEqualTexts(const Recordset& rows, std::size_t field) {
     return false;
 }
 
-bool hasEqualIntegers(const Recordset& rows, std::size_t field) {
-    std::vector<double> numbers;
+/// The numbers of a field when each is whole.
+std::optional<std::vector<std::int64_t>> wholeNumbers(const Recordset& rows, std::size_t field) {
+    std::vector<std::int64_t> numbers;
     numbers.reserve(rows.RecordCount());
-    bool ascending = true;
     for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
-        numbers.push_back(rows.at(row, field).asReal());
-        ascending = ascending && (row == 0 || numbers[row - 1] < numbers[row]);
+        const FieldValue value = rows.at(row, field);
+        if (value.kind() != FieldValue::Kind::Integer) {
+            return std::nullopt;
+        }
+        numbers.push_back(value.integer());
     }
-    if (ascending) {
+    return numbers;
+}
+
+/// Numbers that lie close together, as IDs do, are ticked off rather than sorted.
+bool hasEqualNumbers(std::vector<std::int64_t> numbers) {
+    if (numbers.empty()) {
         return false;
     }
-    std::sort(numbers.begin(), numbers.end());
-    return std::adjacent_find(numbers.begin(), numbers.end()) != numbers.end();
+    const auto [least, most] = std::ranges::minmax(numbers);
+    const auto span = static_cast<std::uint64_t>(most) - static_cast<std::uint64_t>(least);
+    if (span / 64 > numbers.size()) {
+        std::ranges::sort(numbers);
+        return std::ranges::adjacent_find(numbers) != numbers.end();
+    }
+    std::vector<bool> seen(span + 1);
+    for (const std::int64_t number : numbers) {
+        const std::uint64_t place =
+            static_cast<std::uint64_t>(number) - static_cast<std::uint64_t>(least);
+        if (seen[place]) {
+            return true;
+        }
+        seen[place] = true;
+    }
+    return false;
 }
 
 bool hasEqualIds(const Recordset& rows, std::size_t field) {
-    return allIntegers(rows, field) ? hasEqualIntegers(rows, field) : hasEqualTexts(rows, field);
+    auto numbers = wholeNumbers(rows, field);
+    return numbers ? hasEqualNumbers(std::move(*numbers)) : hasEqualTexts(rows, field);
 }
 
 } // namespace

@@ -127,7 +127,7 @@ std::optional<Recordset> SqliteConnection::openInAnInstant(std::string_view sql)
     struct Deadline {
         Clock::time_point at;
         bool passed = false;
-    } deadline{Clock::now() + std::chrono::milliseconds(40)};
+    } deadline{Clock::now() + std::chrono::milliseconds(5)};
     const auto look = [](void* asked) {
         auto* own = static_cast<Deadline*>(asked);
         own->passed = own->passed || Clock::now() > own->at;
