@@ -21,6 +21,8 @@ constexpr int mostDeaths = 3;
 /// Workers that end without an answer, one after another, before the next waits a moment.
 constexpr int failuresBeforePause = 4;
 constexpr std::chrono::milliseconds pauseBeforeRestart{1000};
+/// Workers take a processor each while they start, and the server needs it for its first answer.
+constexpr std::chrono::milliseconds startOfProgram{100};
 
 } // namespace
 
@@ -48,7 +50,7 @@ PhotoWorkerPool::PhotoWorkerPool(std::string program, Limits limits)
     });
     bury_.setSingleShot(true);
     QObject::connect(&bury_, &QTimer::timeout, &bury_, [this] { retired_.clear(); });
-    startWorkers();
+    QTimer::singleShot(startOfProgram, &restart_, [this] { startWorkers(); });
 }
 
 PhotoWorkerPool::~PhotoWorkerPool() {
