@@ -4,3 +4,11 @@ kintar_bench(reports_bench
 target_include_directories(reports_bench PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 target_compile_definitions(reports_bench PRIVATE
     "KINTAR_REPORT_FILES=\"${PROJECT_SOURCE_DIR}/packaging/reports\"")
+
+kintar_bench(who_is_in_bench SOURCES WhoIsInBench.cpp LINK kintar_reports kintar_companion)
+kintar_bench(who_is_in_server_bench
+    SOURCES WhoIsInServerBench.cpp
+    LINK kintar_reports kintar_companion kintar_cluster)
+foreach(bench who_is_in_bench who_is_in_server_bench)
+    target_include_directories(${bench} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+endforeach()

@@ -5,6 +5,10 @@
 #include "base/Unicode.h"
 #include "server/IgnoringErrors.h"
 
+#include <algorithm>
+#include <span>
+#include <utility>
+
 namespace kintar::reports {
 namespace {
 
@@ -17,6 +21,24 @@ std::optional<DateTime> dateOrNothing(const FieldValue& value) {
     // A damaged date costs its own cell, never the row.
     ignoringErrors([&] { date = value.asDateTime(); });
     return date;
+}
+
+/// The statements for the uses that count: of each card the latest, where it says "in".
+void addDetails(Recordset uses, std::vector<std::string>& details) {
+    const std::size_t id = uses.fieldIndex("ID");
+    const std::size_t cardId = uses.fieldIndex("CardID");
+    const std::size_t inOut = uses.fieldIndex("InOut1");
+    std::optional<std::int32_t> card;
+    for (; !uses.atEnd(); uses.MoveNext()) {
+        const std::int32_t next = uses.field(cardId).leadingLong();
+        if (card == next) {
+            continue;
+        }
+        card = next;
+        if (uses.field(inOut).view() == "I") {
+            details.push_back(detailQuery(uses.field(id).leadingLong()));
+        }
+    }
 }
 
 InRptRow rowFrom(const Recordset& detail) {
@@ -136,38 +158,64 @@ void InRptBuild::ReadLocationPrinters() {
 
 void InRptBuild::readSomeHolders() {
     const std::shared_ptr<void> snapshot = world_.data.Snapshot();
-    const std::size_t nameId = cards_.FieldCount() > 0 ? cards_.fieldIndex("NameID") : 0;
-    for (std::size_t holders = 0; !cards_.atEnd() && holders < holdersInAStep; cards_.MoveNext()) {
-        ++cardsDone_;
+    const std::size_t together = world_.record.readTogether(world_.data);
+    for (std::size_t holders = 0; !cards_.atEnd() && holders < holdersInAStep;) {
+        const std::vector<std::string> statements = usesOfNextHolders(together);
+        holders += statements.size();
+        readHolders(statements);
+    }
+}
+
+/// The statements for the next holders, at most so many.
+std::vector<std::string> InRptBuild::usesOfNextHolders(std::size_t most) {
+    const std::size_t nameId = cards_.fieldIndex("NameID");
+    std::vector<std::string> statements;
+    for (; !cards_.atEnd(); cards_.MoveNext()) {
         const std::int32_t next = cards_.field(nameId).leadingLong();
         if (holder_ != next) {
+            if (statements.size() == most) {
+                break;
+            }
             holder_ = next;
-            ++holders;
-            readHolder(next);
+            // The limit is taken anew for each holder: a long build does not favour the last ones.
+            const DateTime limit = world_.clock.now().plusMinutes(-minutesLookedBack);
+            statements.push_back(
+                cardUsesQuery(next, choice_.locationList, world_.record.SqlDate(limit)));
         }
+        ++cardsDone_;
+    }
+    return statements;
+}
+
+void InRptBuild::readHolders(const std::vector<std::string>& statements) {
+    std::vector<std::string> details;
+    std::exception_ptr error;
+    try {
+        for (ReadOfMany& uses : world_.record.OpenRecordsets(statements, world_.data)) {
+            addDetails(uses.take(), details);
+        }
+    } catch (...) {
+        // Those before it count.
+        error = std::current_exception();
+    }
+    insertUses(details);
+    if (error) {
+        std::rethrow_exception(error);
     }
 }
 
-void InRptBuild::readHolder(std::int32_t nameId) {
-    // The limit is taken anew for each holder: a long build does not favour the last ones.
-    const DateTime limit = world_.clock.now().plusMinutes(-minutesLookedBack);
-    Recordset uses = world_.record.OpenRecordset(
-        cardUsesQuery(nameId, choice_.locationList, world_.record.SqlDate(limit)), world_.data);
-    std::optional<std::int32_t> card;
-    for (; !uses.atEnd(); uses.MoveNext()) {
-        const std::int32_t next = uses.field("CardID").leadingLong();
-        if (card == next) {
-            continue;
+void InRptBuild::insertUses(const std::vector<std::string>& details) {
+    std::span<const std::string> left(details);
+    while (!left.empty()) {
+        const auto now = left.first(std::min(left.size(), world_.record.readTogether(world_.data)));
+        for (ReadOfMany& detail : world_.record.OpenRecordsets(now, world_.data)) {
+            insertUse(detail.take());
         }
-        card = next;
-        if (uses.field("InOut1").view() == "I") {
-            insertUse(uses.field("ID").leadingLong());
-        }
+        left = left.subspan(now.size());
     }
 }
 
-void InRptBuild::insertUse(std::int32_t locCardsId) {
-    const Recordset detail = world_.record.OpenRecordset(detailQuery(locCardsId), world_.data);
+void InRptBuild::insertUse(const Recordset& detail) {
     if (detail.atEnd()) {
         return;
     }

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kintar::reports {
 
@@ -74,8 +75,10 @@ private:
     bool NewTotal(const TotalsRow& row);
     void readLocations();
     void readSomeHolders();
-    void readHolder(std::int32_t nameId);
-    void insertUse(std::int32_t locCardsId);
+    std::vector<std::string> usesOfNextHolders(std::size_t most);
+    void readHolders(const std::vector<std::string>& statements);
+    void insertUses(const std::vector<std::string>& details);
+    void insertUse(const Recordset& detail);
     void writeTotals();
 
     InRptWorld world_;

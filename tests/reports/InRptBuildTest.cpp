@@ -85,6 +85,7 @@ public:
         statements.emplace_back(sql);
         failWhereAsked(sql);
     }
+    std::size_t readTogether(Connection& /*connection*/) override { return together; }
     bool FindRecord(Recordset& /*rows*/, std::string_view /*criterion*/) override { return false; }
     std::string SqlText(std::string_view text) override { return "'" + std::string(text) + "'"; }
     std::string SqlDate(DateTime value) override { return "#" + value.iso() + "#"; }
@@ -103,6 +104,7 @@ public:
     }
 
     std::vector<std::string> statements;
+    std::size_t together = 1;
     std::vector<std::vector<std::int64_t>> locGrp{{3}};
     std::vector<std::vector<std::int64_t>> cards{{1, 100}};
     /// The answers about the holders' uses, in turn.
@@ -203,6 +205,40 @@ TEST(InRptBuild, AsksOncePerHolderAndTakesTheTimeAnewForEach) {
     EXPECT_THAT(shop.record.starting("Select LocCards.ID"),
                 ElementsAre(cardUsesQuery(100, "31, 32", "#2012-03-12T17:05:00#"),
                             cardUsesQuery(101, "31, 32", "#2012-03-12T17:06:00#")));
+}
+
+TEST(InRptBuild, HoldersReadTogetherGiveTheSameRowsInTheSameOrder) {
+    for (const std::size_t together : {1U, 2U, 3U, 100U}) {
+        Workshop shop;
+        shop.record.together = together;
+        shop.clock.minutesAtEachLook = 1;
+        shop.record.cards = {{1, 100}, {2, 100}, {3, 101}, {4, 102}, {5, 102}};
+        shop.record.uses = {{{900, 1, "I"}, {901, 2, "I"}}, {}, {{902, 4, "I"}, {903, 5, "N"}}};
+        EXPECT_TRUE(shop.built().succeeded());
+        EXPECT_THAT(shop.record.starting("Select LocCards.ID"),
+                    ElementsAre(cardUsesQuery(100, "31, 32", "#2012-03-12T17:05:00#"),
+                                cardUsesQuery(101, "31, 32", "#2012-03-12T17:06:00#"),
+                                cardUsesQuery(102, "31, 32", "#2012-03-12T17:07:00#")));
+        EXPECT_THAT(shop.record.starting("Select Loc.Loc"),
+                    ElementsAre(detailQuery(900), detailQuery(901), detailQuery(902)));
+        EXPECT_THAT(shop.record.starting("Insert Into InRpt"), ::testing::SizeIs(3));
+        EXPECT_EQ(shop.state.inCount, 3);
+    }
+}
+
+TEST(InRptBuild, WhatWasReadBeforeAnErrorCounts) {
+    for (const std::size_t together : {1U, 100U}) {
+        Workshop shop;
+        shop.record.together = together;
+        shop.record.cards = {{1, 100}, {2, 101}, {3, 102}};
+        shop.record.uses = {{{900, 1, "I"}}, {{901, 2, "I"}}};
+        shop.record.failing =
+            "Select LocCards.ID, LocCards.CardID, InOut1 From LocCards Inner Join "
+            "Cards On LocCards.CardID = Cards.ID Where Cards.NameID = 102";
+        EXPECT_FALSE(shop.built().succeeded());
+        EXPECT_THAT(shop.reports, ElementsAre("objInRpt/PopulateTable: the database has gone"));
+        EXPECT_EQ(shop.state.inCount, 2);
+    }
 }
 
 TEST(InRptBuild, CountsOnlyTheLatestUseOfEachCard) {
