@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -33,21 +34,27 @@ void fillSite(testing::ReportSite& site) {
     site.run("ANALYZE");
 }
 
-constexpr const char* bestStatement =
+constexpr const char* ofTheReport =
     "SELECT u.Loc, l.Name, u.LastDev, d.Name, n.LName || ', ' || n.FName, c.Name, u.LastDate "
-    "FROM Cards k JOIN LocCards u ON u.ID = (SELECT x.ID FROM LocCards x WHERE x.CardID = k.ID "
-    "AND x.Loc IN (31, 32) AND x.LastDate > '2012-03-12 17:05:00' ORDER BY x.LastDate DESC LIMIT "
-    "1) "
-    "LEFT JOIN Loc l ON l.Loc = u.Loc LEFT JOIN Dev d ON d.Loc = u.Loc AND d.Device = u.LastDev "
-    "LEFT JOIN Names n ON n.ID = k.NameID LEFT JOIN Company c ON c.LocGrp = n.LocGrp AND "
-    "c.Company = n.Company WHERE k.LocGrp = 3 AND k.Status <> 0 AND u.InOut1 = 'I' "
-    "ORDER BY k.NameID";
+    "FROM Cards k CROSS JOIN LocCards u LEFT JOIN Loc l ON l.Loc = u.Loc LEFT JOIN Dev d ON d.Loc "
+    "= "
+    "u.Loc AND d.Device = u.LastDev LEFT JOIN Names n ON n.ID = k.NameID LEFT JOIN Company c ON "
+    "c.LocGrp = n.LocGrp AND c.Company = n.Company WHERE k.LocGrp = 3 AND k.Status <> 0 AND u.ID "
+    "= ";
 
-std::size_t stepAll(const std::string& path) {
+/// Two ways to take the latest use where it says "in": looking at its row, or at the index alone.
+constexpr const char* latestUses[] = {
+    "(SELECT x.ID FROM LocCards x WHERE x.CardID = k.ID AND x.Loc IN (31, 32) AND x.LastDate > "
+    "'2012-03-12 17:05:00' ORDER BY x.LastDate DESC LIMIT 1) AND u.InOut1 = 'I' ORDER BY k.NameID",
+    "(SELECT CASE WHEN y.Inout1 = 'I' THEN y.ID END FROM (SELECT x.ID, x.Inout1 FROM LocCards x "
+    "WHERE x.CardID = k.ID AND x.Loc IN (31, 32) AND x.LastDate > '2012-03-12 17:05:00' ORDER BY "
+    "x.LastDate DESC LIMIT 1) y) ORDER BY k.NameID"};
+
+std::size_t stepAll(const std::string& path, const std::string& sql) {
     const companion::sqlite::DatabaseHandle database =
         companion::sqlite::openDatabase(path, companion::sqlite::Access::ReadOnly);
     const companion::sqlite::StatementHandle statement =
-        companion::sqlite::prepare(database.get(), bestStatement);
+        companion::sqlite::prepare(database.get(), sql);
     std::size_t rows = 0;
     while (sqlite3_step(statement.get()) == SQLITE_ROW) {
         for (int column = 0; column < 7; ++column) {
@@ -58,15 +65,31 @@ std::size_t stepAll(const std::string& path) {
     return rows;
 }
 
+std::string bestStatement(const std::string& path) {
+    std::string best;
+    double least = std::numeric_limits<double>::max();
+    for (const char* latestUse : latestUses) {
+        const std::string sql = std::string(ofTheReport) + latestUse;
+        stepAll(path, sql);
+        const double seconds = bench::secondsOf([&] { stepAll(path, sql); });
+        if (seconds < least) {
+            least = seconds;
+            best = sql;
+        }
+    }
+    return best;
+}
+
 void measure() {
     testing::ReportSite site;
     fillSite(site);
-    if (!site.build() || site.rows("Select Name From InRpt").size() != stepAll(site.path())) {
+    const std::string best = bestStatement(site.path());
+    if (!site.build() || site.rows("Select Name From InRpt").size() != stepAll(site.path(), best)) {
         throw std::runtime_error("the build and the statement differ");
     }
     bench::beside(
         "who-is-in build, 100,000 holders, 1,000,000 uses / one statement", 7,
-        [&site] { site.build(); }, [&site] { stepAll(site.path()); }, 2.0);
+        [&] { site.build(); }, [&] { stepAll(site.path(), best); }, 2.0);
 }
 
 } // namespace

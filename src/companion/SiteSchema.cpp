@@ -31,7 +31,8 @@ ColumnDefinition dateTime(std::string name) {
 }
 
 // Text indexes are NOCASE: a search for a prefix is a few ranges of such an index. The number a
-// card code stands for has an index of its own, since codes are searched for as numbers too.
+// card code stands for has an index of its own, since codes are searched for as numbers too. The
+// index of a card's uses holds what tells whether its holder is in, so that no row is looked at.
 std::vector<TableDefinition> people() {
     return {
         {"Names",
@@ -78,7 +79,7 @@ std::vector<TableDefinition> cards() {
         {"LocCards",
          {key("ID"), integer("CardID"), integer("Loc"), dateTime("LastDate"), integer("LastDev"),
           text("Inout1"), text("Inout2"), text("Inout3"), text("Inout4")},
-         {{"CardID, LastDate", "2 1"}, {"Loc, LastDate", "10000 2"}},
+         {{"CardID, LastDate, Loc, Inout1, ID", "2 1 1 1 1"}, {"Loc, LastDate", "10000 2"}},
          500000},
     };
 }

@@ -16,6 +16,19 @@ constexpr long long minutesLookedBack = 48LL * 60;
 constexpr std::size_t holdersInAStep = 64;
 constexpr std::size_t printerMapLimit = std::size_t{1} << 20U;
 
+// By position, as the statements name them: these are read for every holder.
+enum UseColumn : std::uint8_t { useId, useCardId, useInOut };
+enum DetailColumn : std::uint8_t {
+    detailLoc,
+    detailLocName,
+    detailDevName,
+    detailFName,
+    detailLName,
+    detailCompName,
+    detailLastDev,
+    detailLastDate
+};
+
 std::optional<DateTime> dateOrNothing(const FieldValue& value) {
     std::optional<DateTime> date;
     // A damaged date costs its own cell, never the row.
@@ -25,31 +38,28 @@ std::optional<DateTime> dateOrNothing(const FieldValue& value) {
 
 /// The statements for the uses that count: of each card the latest, where it says "in".
 void addDetails(Recordset uses, std::vector<std::string>& details) {
-    const std::size_t id = uses.fieldIndex("ID");
-    const std::size_t cardId = uses.fieldIndex("CardID");
-    const std::size_t inOut = uses.fieldIndex("InOut1");
     std::optional<std::int32_t> card;
     for (; !uses.atEnd(); uses.MoveNext()) {
-        const std::int32_t next = uses.field(cardId).leadingLong();
+        const std::int32_t next = uses.field(useCardId).leadingLong();
         if (card == next) {
             continue;
         }
         card = next;
-        if (uses.field(inOut).view() == "I") {
-            details.push_back(detailQuery(uses.field(id).leadingLong()));
+        if (uses.field(useInOut).view() == "I") {
+            details.push_back(detailQuery(uses.field(useId).leadingLong()));
         }
     }
 }
 
-InRptRow rowFrom(const Recordset& detail) {
+InRptRow rowFrom(const Recordset& found) {
     InRptRow row;
-    row.loc = detail.field("Loc").leadingLong();
-    row.locName = detail.field("LocName").text();
-    row.dev = detail.field("LastDev").leadingLong();
-    row.devName = detail.field("DevName").text();
-    row.name = detail.field("LName").text() + ", " + detail.field("FName").text();
-    row.company = detail.field("CompName").text();
-    row.lastUsed = dateOrNothing(detail.field("LastDate"));
+    row.loc = found.field(detailLoc).leadingLong();
+    row.locName = found.field(detailLocName).text();
+    row.dev = found.field(detailLastDev).leadingLong();
+    row.devName = found.field(detailDevName).text();
+    row.name = found.field(detailLName).text() + ", " + found.field(detailFName).text();
+    row.company = found.field(detailCompName).text();
+    row.lastUsed = dateOrNothing(found.field(detailLastDate));
     return row;
 }
 

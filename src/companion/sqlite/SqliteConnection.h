@@ -9,6 +9,7 @@
 #include "companion/sqlite/StatementCache.h"
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] bool isOpen() const override { return database_ != nullptr; }
     void Close() override;
     Recordset open(std::string_view sql) override;
+    /// One after the other; what surrounds a read is done once for all.
+    [[nodiscard]] std::size_t readTogether() const override { return 64; }
     /// What takes no longer than an instant is read at once; the rest on a second, read-only
     /// connection to the same file, which is kept for the next time.
     std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
