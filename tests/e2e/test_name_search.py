@@ -197,7 +197,7 @@ def test_a_column_click_sorts_ascending_and_again_ascending(desktop, site, searc
         accessible.click_item("lvList", "Visitor")
         await_true(lambda: visitors() == sorted(unsorted), what="the ascending order")
     find(accessible)  # stays on for later searches
-    assert visitors() == sorted(unsorted)
+    await_true(lambda: visitors() == sorted(unsorted), what="the order of the next search")
 
 
 def test_two_instances_see_the_same_result_and_both_are_told(desktop, site, client, search, accessible):
@@ -391,7 +391,7 @@ def test_the_window_keeps_its_place_between_objects(desktop, client, search):
         desktop.await_no_window(TITLE)
         search = client.create("objNameSearch")
         window = open_dialog(desktop, search)
-        assert desktop.geometry(window)[:2] == placed
+        await_true(lambda: desktop.geometry(window)[:2] == placed, what="the place it had")
 
 
 def test_a_client_that_dies_takes_the_dialog_with_it(desktop):

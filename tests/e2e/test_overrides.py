@@ -8,6 +8,7 @@ import time
 import dbus
 import pytest
 from dbus.mainloop.glib import DBusGMainLoop
+from clock import clocked
 from desktop import Instance, WindowManager, await_true
 from gi.repository import GLib
 
@@ -23,10 +24,7 @@ LOCATION = 91
 def server_at(now, zone=WORKSTATION_ZONE):
     """A server whose clock starts at that local time and runs on."""
     program = os.path.join(os.path.abspath(os.environ["KINTAR3_BIN"]), "kintar3")
-    return {
-        "KINTAR3_SERVER": f"env TZ={zone} LC_ALL=C.UTF-8 FAKETIME_DONT_FAKE_MONOTONIC=1"
-        f" faketime '{now}' '{program}'"
-    }
+    return {"KINTAR3_SERVER": clocked("@" + now, program, TZ=zone, LC_ALL="C.UTF-8")}
 
 
 @pytest.fixture

@@ -16,6 +16,7 @@ from card_events import (
     show,
     title_of,
 )
+from clock import clocked
 from desktop import ForeignWindow, WindowManager, await_true
 from PIL import Image, ImageChops, ImageStat
 
@@ -143,8 +144,7 @@ def test_disabling_a_card_drops_the_command_for_the_person_shown(
 ):
     desktop = make_desktop(
         environment={
-            "KINTAR3_SERVER": "env FAKETIME_DONT_FAKE_MONOTONIC=1 LC_ALL=en_US.UTF-8"
-            " faketime -f '@2012-03-14 17:05:00' kintar3"
+            "KINTAR3_SERVER": clocked("@2012-03-14 17:05:00", LC_ALL="en_US.UTF-8")
         }
     )
     accessible = make_accessible(desktop)

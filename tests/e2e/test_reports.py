@@ -9,13 +9,12 @@ import time
 
 import dbus
 import pytest
+from clock import clock_at, clocked
 from desktop import await_true
 from print_system import PrintSystem, text_of
 
 MOMENT = "2012-03-14 17:05:00"
-SERVER_AT_MOMENT = (
-    f"faketime --exclude-monotonic -f '{MOMENT}' '{os.environ.get('KINTAR3_BIN', '')}/kintar3'"
-)
+SERVER_AT_MOMENT = clocked(MOMENT, f"{os.environ.get('KINTAR3_BIN', '')}/kintar3")
 LOCATION = 31
 # name, last use, first flag, status of the card: who is in, and who is not and why.
 PEOPLE = [
@@ -245,9 +244,9 @@ def test_a_full_disk_is_reported_and_the_server_lives(
 
 def report_tool(site, *arguments, environment=None):
     return subprocess.run(
-        ["faketime", "-f", MOMENT, os.path.join(os.environ["KINTAR3_BIN"], "kintar-report")]
+        [os.path.join(os.environ["KINTAR3_BIN"], "kintar-report")]
         + [str(argument) for argument in arguments],
-        env=dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", **(environment or {})),
+        env=dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", **clock_at(MOMENT), **(environment or {})),
         capture_output=True,
         text=True,
         check=False,
