@@ -89,7 +89,7 @@ void sorting(NameDialog& dialog) {
 
 void manyNamesList() {
     const NameSite site(manyNames);
-    NameDialog dialog(site);
+    NameDialog dialog(site.path());
     BareNames bare(site, bareColumns + "ORDER BY kintar_sort(LName), kintar_sort(FName)");
     expectEqual(dialog.search(""), bare.step());
     beside(
@@ -101,7 +101,7 @@ void manyNamesList() {
 
 void threeLetters() {
     const NameSite site(mostNames);
-    NameDialog dialog(site);
+    NameDialog dialog(site.path());
     BareNames bare(site, bareColumns + "AND LName COLLATE NOCASE >= 'mok' AND LName COLLATE NOCASE "
                                        "< 'mol' ORDER BY kintar_sort(LName), kintar_sort(FName)");
     const int found = dialog.search("mok");
@@ -141,7 +141,7 @@ void arrowDown() {
     for (int id = 1; id <= people; ++id) {
         writePhoto(folder + std::to_string(id) + ".jpg", id);
     }
-    NameDialog dialog(site);
+    NameDialog dialog(site.path());
     dialog.search("");
     NameDialog::runUntil([&] { return dialog.photos().isWarm(); });
     NameDialog::PaintCount paints(dialog.photo());

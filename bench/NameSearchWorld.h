@@ -90,9 +90,9 @@ private:
 /// The dialog, open for picking on a site.
 class NameDialog {
 public:
-    explicit NameDialog(const NameSite& site)
+    explicit NameDialog(const std::string& sitePath)
         : photos_(KINTAR_PHOTO_WORKER), companion_(log_, notices_) {
-        globals_.gSysPath = site.path();
+        globals_.gSysPath = sitePath;
         globals_.forms.place(FormId::frmNameSearch, place_);
         object_ = std::make_unique<search::objNameSearch>(surroundings_, place_, signals_);
         object_->NameSelMode(1);

@@ -1,7 +1,11 @@
-kintar_bench(bench_name_search
-    SOURCES NameSearchBench.cpp
-    LINK kintar_search_windows kintar_companion kintar_platform_photo_decoder)
-target_include_directories(bench_name_search PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-target_compile_definitions(bench_name_search PRIVATE
-    KINTAR_PHOTO_WORKER="$<TARGET_FILE:kintar3-photo>")
-add_dependencies(bench_name_search kintar3-photo)
+foreach(bench bench_name_search bench_name_search_server)
+    string(REPLACE bench_name_search NameSearch source ${bench})
+    string(REPLACE _server Server source ${source})
+    kintar_bench(${bench}
+        SOURCES ${source}Bench.cpp
+        LINK kintar_search_windows kintar_companion kintar_platform_photo_decoder kintar_cluster)
+    target_include_directories(${bench} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(${bench} PRIVATE
+        KINTAR_PHOTO_WORKER="$<TARGET_FILE:kintar3-photo>")
+    add_dependencies(${bench} kintar3-photo)
+endforeach()
