@@ -1,10 +1,12 @@
 // The who-is-in build beside the one best statement for its rows.
 #include "Beside.h"
+#include "companion/sqlite/SqliteHandle.h"
 #include "reports/ReportSite.h"
 
 #include <cstdio>
 #include <exception>
 #include <limits>
+#include <sqlite3.h>
 #include <stdexcept>
 #include <string>
 

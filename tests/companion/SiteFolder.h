@@ -1,22 +1,15 @@
 // A site of a test's own, in a folder of its own that is gone when the test is over.
 #pragma once
 
-#include <cstdint>
-#include <ostream>
-#include <string>
+#include "support/TestDatabase.h"
 
-namespace kintar::testing {
-class PrivateCluster;
-}
+#include <memory>
+#include <string>
 
 namespace kintar::companion {
 
-/// The engines that the same tests run on.
-enum class TestEngine : std::uint8_t { Sqlite, Postgres };
-std::string nameOf(TestEngine engine);
-inline void PrintTo(TestEngine engine, std::ostream* out) {
-    *out << nameOf(engine);
-}
+using kintar::testing::nameOf;
+using kintar::testing::TestEngine;
 
 /// Makes a site as `kintar-site create` would, with the data of `data.sql`.
 class SiteFolder {
@@ -30,24 +23,20 @@ public:
 
     [[nodiscard]] const std::string& path() const { return path_; }
     /// What the site's settings call its database: the path of a file, or a connection text.
-    [[nodiscard]] const std::string& database() const { return database_; }
+    [[nodiscard]] const std::string& database() const { return database_->name(); }
     /// Runs statements of the engine's own language as a foreign program would: on a connection
-    /// that knows nothing of ours.
-    void foreign(const std::string& sql) const;
-    void dropDatabase() const;
+    /// that knows nothing of ours and ends with them.
+    void foreign(const std::string& sql) const { database_->runAlone(sql); }
+    void dropDatabase() const { database_->drop(); }
     void write(const std::string& name, const std::string& content) const;
 
 private:
     void makeFolder();
+    void writeSettings(const std::string& database) const;
 
-    testing::PrivateCluster* cluster_ = nullptr;
-    TestEngine engine_;
     std::string path_;
-    std::string database_;
+    std::unique_ptr<testing::TestDatabase> database_;
 };
-
-/// Makes the database that sites on a server of a test's own are copies of.
-void makeSiteTemplate(testing::PrivateCluster& cluster);
 
 /// The whole text of a file beside the tests.
 std::string testFile(const std::string& name);

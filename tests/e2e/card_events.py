@@ -1,44 +1,34 @@
 """Card events as a client sends them, and what a site knows of the people in them."""
 
-import sqlite3
-
 import dbus
+from site_database import rows
 
 FULL_RIGHTS_OPERATOR = 1
 NO_RIGHTS_OPERATOR = 6
 
 
-def row(site, sql, *values):
-    with sqlite3.connect(site / "site.db") as database:
-        return database.execute(sql, values).fetchone()
-
-
 def person(site, name_id):
-    last, first, group = row(
-        site, "SELECT LName, FName, LocGrp FROM Names WHERE ID = ?", name_id
-    )
+    found = rows(site, "SELECT LName, FName, LocGrp FROM Names WHERE ID = ?", name_id)
+    last, first, group = found[0]
     return {"ID": name_id, "LName": last, "FName": first, "LocGrp": group}
 
 
 def photo_path(site, name_id):
     """The photo that the group's default image type shows, or None."""
-    found = row(
+    found = rows(
         site,
         "SELECT i.FileName FROM Names n JOIN ImageType t ON t.LocGrp = n.LocGrp"
         " AND t.DefaultImage <> 0 JOIN Images i ON i.NameID = n.ID AND i.ImgType = t.Num"
         " WHERE n.ID = ?",
         name_id,
     )
-    path = site / "Data" / "Images" / found[0] if found else None
+    path = site / "Data" / "Images" / found[0][0] if found else None
     return path if path and path.is_file() else None
 
 
 def people_with_photos(site, count):
-    ids = [
-        found[0]
-        for found in sqlite3.connect(site / "site.db").execute("SELECT ID FROM Names ORDER BY ID")
-    ]
-    return [name_id for name_id in ids if photo_path(site, name_id)][:count]
+    ids = rows(site, "SELECT ID FROM Names ORDER BY ID")
+    return [name_id for (name_id,) in ids if photo_path(site, name_id)][:count]
 
 
 def prepare(kintar, someone, operator=FULL_RIGHTS_OPERATOR, code="1234"):

@@ -1,32 +1,72 @@
+import contextlib
+import itertools
 import os
 import shutil
 import subprocess
 
 import pytest
+from database_server import DatabaseServer
 from desktop import Accessible, Desktop
+from site_database import ENGINE, ENGINES, set_database
+
+TEMPLATE = "template_site"
 
 
 def program(name):
     return os.path.join(os.environ["KINTAR3_BIN"], name)
 
 
+def pytest_configure(config):
+    config.addinivalue_line(
+        "markers", f"engine({' or '.join(ENGINES)}): what the test is about, only this engine has"
+    )
+
+
+def pytest_collection_modifyitems(items):
+    """Leaves out what is marked as about the other engine, and says so."""
+    for item in items:
+        marker = item.get_closest_marker("engine")
+        if marker and marker.args != (ENGINE,):
+            item.add_marker(pytest.mark.skip(reason=f"about {marker.args[0]} alone"))
+
+
 @pytest.fixture(scope="session")
-def site_template(tmp_path_factory):
+def engine_server():
+    """The database server of all sites of this run; None where their databases are files."""
+    if ENGINE == "sqlite":
+        yield None
+        return
+    with contextlib.closing(DatabaseServer()) as server:
+        yield server
+
+
+@pytest.fixture(scope="session")
+def site_template(tmp_path_factory, engine_server):
     folder = tmp_path_factory.mktemp("template") / "site"
+    options = ["--names", "80", "--seed", "7"]
+    if engine_server:
+        options += ["--database", engine_server.make_database(TEMPLATE)]
     subprocess.run(
-        [program("kintar-site"), "create", str(folder), "--names", "80", "--seed", "7"],
-        check=True,
-        capture_output=True,
+        [program("kintar-site"), "create", str(folder), *options], check=True, capture_output=True
     )
     return folder
 
 
+numbers = itertools.count(1)
+
+
 @pytest.fixture
-def site(site_template, tmp_path):
+def site(site_template, engine_server, tmp_path):
     """A site of one's own, freely changed by the test."""
     folder = tmp_path / "site"
     shutil.copytree(site_template, folder)
-    return folder
+    if not engine_server:
+        yield folder
+        return
+    name = f"site{next(numbers)}"
+    set_database(folder, engine_server.make_database(name, TEMPLATE))
+    yield folder
+    engine_server.drop_database(name)
 
 
 @pytest.fixture

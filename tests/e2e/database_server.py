@@ -75,9 +75,12 @@ class DatabaseServer:
         for process in [self._process.pid, *map(int, children)]:
             os.kill(process, how)
 
-    def make_database(self, name):
-        self.sql("postgres", f"CREATE DATABASE {name} TEMPLATE template0")
+    def make_database(self, name, copy_of="template0"):
+        self.sql("postgres", f"CREATE DATABASE {name} TEMPLATE {copy_of}")
         return f"postgresql://kintar@/{name}?host={self.folder}"
+
+    def drop_database(self, name):
+        self.sql("postgres", f"DROP DATABASE {name} WITH (FORCE)")
 
     def sql(self, database, statement):
         """Rows as lists of texts, as psql shows them to any program."""

@@ -1,11 +1,12 @@
 """The advanced search and the In / Out board, opened from the name search as an operator does."""
 
 import os
-import sqlite3
+import re
 
 import dbus
 import pytest
 from desktop import await_true
+from site_database import change, change_all, rows
 
 GROUP = 1
 OPERATOR = 1
@@ -13,17 +14,6 @@ NAME_SEARCH = "HQ:  Search Names"
 CRITERIA = "Select Name List Criteria"
 BOARD = "In / Out Status"
 DESCRIBED_AS_IN = "I"
-
-
-def rows(site, sql, *values):
-    with sqlite3.connect(site / "site.db") as database:
-        return database.execute(sql, values).fetchall()
-
-
-def change(site, *statements):
-    with sqlite3.connect(site / "site.db") as database:
-        for statement in statements:
-            database.execute(statement)
 
 
 def keep_picture(desktop, window, name):
@@ -89,7 +79,7 @@ def search(desktop, accessible):
     return Search(desktop, accessible)
 
 
-def group_count(site, condition="1"):
+def group_count(site, condition="1 = 1"):
     return rows(
         site, f"SELECT count(*) FROM Names n WHERE LocGrp = ? AND {condition}", GROUP
     )[0][0]
@@ -97,15 +87,10 @@ def group_count(site, condition="1"):
 
 def one_name(site):
     """A last name that only plain letters make up, and how many of the group begin so."""
-    last = rows(
-        site,
-        "SELECT LName FROM Names WHERE LocGrp = ? AND LName GLOB '[A-Z][a-z][a-z]*'"
-        " AND NOT LName GLOB '*[^A-Za-z]*' ORDER BY ID",
-        GROUP,
-    )[0][0]
-    with sqlite3.connect(site / "site.db") as database:
-        everybody = database.execute("SELECT LName FROM Names WHERE LocGrp = ?", (GROUP,))
-        return last, sum(other.casefold().startswith(last.casefold()) for (other,) in everybody)
+    names = [last for (last,) in rows(site, "SELECT LName FROM Names WHERE LocGrp = ?", GROUP)]
+    plain = next(last for last in names if re.fullmatch("[A-Z][a-z][A-Za-z]*", last))
+    return plain, sum(last.casefold().startswith(plain.casefold()) for last in names)
+
 
 
 def test_a_name_criterion_refills_the_list(desktop, site, search):
@@ -156,7 +141,7 @@ def test_a_card_criterion_of_the_third_tab_refills_the_list(desktop, site, searc
 
 
 def test_an_edit_in_progress_in_the_grid_of_thirty_fields_counts(desktop, site, search):
-    change(
+    change_all(
         site,
         f"DELETE FROM UdfName WHERE LocGrp = {GROUP}",
         *(
@@ -182,7 +167,7 @@ def test_an_edit_in_progress_in_the_grid_of_thirty_fields_counts(desktop, site, 
 def test_a_group_without_fields_and_skills_has_a_dead_grid_and_three_tabs(
     desktop, site, search, accessible
 ):
-    change(
+    change_all(
         site,
         f"DELETE FROM UdfName WHERE LocGrp = {GROUP}",
         f"DELETE FROM SKillName WHERE LocGrp = {GROUP}",
@@ -197,7 +182,7 @@ def test_a_group_without_fields_and_skills_has_a_dead_grid_and_three_tabs(
 
 
 def test_a_skill_is_a_criterion(desktop, site, search):
-    change(
+    change_all(
         site,
         f"DELETE FROM SKillName WHERE LocGrp = {GROUP}",
         f"INSERT INTO SKillName VALUES(901, 'Fork lift', {GROUP})",
@@ -248,7 +233,7 @@ def inside(site):
             site,
             "SELECT coalesce(Inout1,'') || coalesce(Inout2,'') || coalesce(Inout3,'') ||"
             " coalesce(Inout4,'') FROM Cards LEFT JOIN LocCards ON Cards.ID = LocCards.CardID"
-            " WHERE NameID = ? AND Status <> 0 ORDER BY LastDate DESC",
+            " WHERE NameID = ? AND Status <> 0 ORDER BY LastDate DESC NULLS LAST",
             name_id,
         )
         found += bool(uses) and DESCRIBED_AS_IN in uses[0][0]
@@ -271,7 +256,7 @@ def test_a_click_on_the_board_shows_where_the_holder_was_last(desktop, site, boa
         " c.Status <> 0 JOIN LocCards l ON l.CardID = c.ID JOIN Dev d ON d.Loc = l.Loc AND"
         " d.Device = l.LastDev WHERE n.LocGrp = ? GROUP BY n.ID HAVING count(*) = 1 AND"
         " (SELECT count(*) FROM Cards WHERE NameID = n.ID AND Status <> 0) = 1 AND length(LName) <"
-        " 30 AND unicode(LName) < 128 ORDER BY n.LName",
+        " 30 AND LName BETWEEN 'A' AND '[' ORDER BY n.LName",
         GROUP,
     )[0]
     loc, device = rows(

@@ -1,10 +1,12 @@
 """A site that cannot be opened: the message box is a real window, and everybody else is served."""
 
+import re
 import select
 import subprocess
 
 import pytest
 from desktop import BUS_NAME, PROPERTIES, ROOT, await_true
+from site_database import set_database, setting
 
 SERVER = f"{BUS_NAME}.Server"
 CREATE_FAILED = "TarnSys Create Routine Failed"
@@ -32,16 +34,39 @@ def folder_for_database(site):
     (site / "site.db").mkdir()
 
 
+def unknown_database(site):
+    set_database(site, setting(site).replace("/site", "/nosite"))
+
+
+def empty_database(site):
+    set_database(site, re.sub("/site[0-9]+", "/postgres", setting(site)))
+
+
+def no_server(site):
+    set_database(site, "postgresql://kintar@/site?host=/nowhere")
+
+
 def without_data_folder(site):
     (site / "Data").rename(site / "Elsewhere")
 
 
+def about_a_file(damage):
+    return pytest.param(damage, marks=pytest.mark.engine("sqlite"))
+
+
+def about_a_server(damage):
+    return pytest.param(damage, marks=pytest.mark.engine("postgresql"))
+
+
 BREAKAGES = [
     without_settings,
-    without_database,
-    damaged_database,
-    torn_database,
-    folder_for_database,
+    about_a_file(without_database),
+    about_a_file(damaged_database),
+    about_a_file(torn_database),
+    about_a_file(folder_for_database),
+    about_a_server(unknown_database),
+    about_a_server(empty_database),
+    about_a_server(no_server),
     without_data_folder,
 ]
 
@@ -95,7 +120,7 @@ def test_the_box_opens_others_are_served_and_the_call_is_answered_after_it(
 
 
 def test_another_creation_does_not_wait_for_the_box(make_desktop, make_accessible, site):
-    without_database(site)
+    without_settings(site)
     desktop = make_desktop(site)
     accessible = make_accessible(desktop)
     first = creating(desktop)

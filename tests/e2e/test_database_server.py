@@ -11,6 +11,8 @@ from database_server import DatabaseServer
 from desktop import await_true
 from test_name_search import find, open_dialog
 
+pytestmark = pytest.mark.engine("postgresql")
+
 
 @pytest.fixture(scope="module")
 def database_server():

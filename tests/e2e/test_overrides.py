@@ -2,7 +2,6 @@
 
 import os
 import signal
-import sqlite3
 import time
 
 import dbus
@@ -11,6 +10,7 @@ from dbus.mainloop.glib import DBusGMainLoop
 from clock import clocked
 from desktop import Instance, WindowManager, await_true
 from gi.repository import GLib
+from site_database import change, is_whole, open_database, rows
 
 # Saturday in Chicago; on the next morning the clocks change in Lisbon.
 NOW = "2026-03-28 10:00:00"
@@ -30,7 +30,7 @@ def server_at(now, zone=WORKSTATION_ZONE):
 @pytest.fixture
 def site(site):
     """A site with a door and an input in Lisbon and no schedules but the door's three."""
-    with sqlite3.connect(site / "site.db") as database:
+    with open_database(site) as database:
         database.execute("DELETE FROM OvrSchedule")
         database.execute(
             "INSERT INTO Loc (Loc, LocGrp, Name, TimeZone, DST) VALUES (?, 1, 'Lisbon', ?, -1)",
@@ -42,7 +42,7 @@ def site(site):
 
 
 def store_three(site):
-    with sqlite3.connect(site / "site.db") as database:
+    with open_database(site) as database:
         for key, day in ((1, 10), (2, 11), (3, 12)):
             database.execute(
                 "INSERT INTO OvrSchedule (ID, PointID, PointType, StartCmd, StopCmd, StartDate,"
@@ -51,12 +51,12 @@ def store_three(site):
             )
 
 
-def rows(site):
-    with sqlite3.connect(site / "site.db") as database:
-        return database.execute(
-            "SELECT ID, PointID, PointType, StartCmd, StopCmd, StartDate, StopDate, Opr, OprID,"
-            " Status FROM OvrSchedule ORDER BY ID"
-        ).fetchall()
+def schedules(site):
+    return rows(
+        site,
+        "SELECT ID, PointID, PointType, StartCmd, StopCmd, StartDate, StopDate, Opr, OprID,"
+        " Status FROM OvrSchedule ORDER BY ID",
+    )
 
 
 class Editor:
@@ -154,7 +154,7 @@ def test_a_delivery_in_lisbon_on_the_morning_when_the_clocks_change(lisbon, site
         editor.press("cmdAdd2List")
     editor.press("cmdOK")
     editor.await_closed()
-    found = rows(site)
+    found = schedules(site)
     assert [row[1:7] for row in found] == [
         # 06:00 in Lisbon, an hour after the change, is 05:00 UTC.
         (DOOR, 0, 1, 2, "2026-03-29 05:00:00", "2026-03-29 07:00:00"),
@@ -194,13 +194,13 @@ def test_a_stop_before_the_start_and_a_missing_command_show_the_error(lisbon, si
     editor.keys("Right")
     editor.press("cmdOK")
     editor.await_text("Label_8", "Please choose a start command and a stop command.")
-    assert rows(site) == []
+    assert schedules(site) == []
     editor.press("cmdErrOK")
     editor.press("opt1")
     editor.press("opt6")
     editor.press("cmdOK")
     editor.await_closed()
-    assert [row[3:5] for row in rows(site)] == [(2, 2)]
+    assert [row[3:5] for row in schedules(site)] == [(2, 2)]
 
 
 def test_browsing_to_both_ends_and_deleting_in_the_middle(lisbon, site):
@@ -230,7 +230,7 @@ def test_browsing_to_both_ends_and_deleting_in_the_middle(lisbon, site):
     assert editor.text("Label_5") == "10:00:00 AM", "09:00 UTC in Lisbon's summer"
     editor.press("cmdDelete")
     editor.await_title("1 of 2   Scheduled Override")
-    assert [row[0] for row in rows(site)] == [1, 3]
+    assert [row[0] for row in schedules(site)] == [1, 3]
     editor.press("cmdCancel")
     editor.await_closed()
 
@@ -240,16 +240,14 @@ def test_two_operators_on_one_schedule(lisbon, site):
     editor = lisbon.open()
     editor.keys("alt+n")
     editor.await_title("1 of 3   Scheduled Override")
-    with sqlite3.connect(site / "site.db") as database:
-        database.execute("DELETE FROM OvrSchedule WHERE ID IN (1, 2)")
+    change(site, "DELETE FROM OvrSchedule WHERE ID IN (1, 2)")
     editor.press("cmdOK")
     editor.await_closed()
-    assert [row[0] for row in rows(site)] == [3], "the row that has gone stays gone"
+    assert [row[0] for row in schedules(site)] == [3], "the row that has gone stays gone"
     editor.open()
     editor.keys("alt+n")
     editor.await_title("1 of 1   Scheduled Override")
-    with sqlite3.connect(site / "site.db") as database:
-        database.execute("DELETE FROM OvrSchedule")
+    change(site, "DELETE FROM OvrSchedule")
     editor.keys("alt+p")
     editor.await_text("lblNotice", "This schedule has been deleted meanwhile: OK saves a new one.")
     editor.press("cmdDelete")
@@ -337,12 +335,11 @@ def test_a_kill_leaves_the_row_whole_or_absent(make_desktop, site, make_accessib
         except ProcessLookupError:
             pass
         await_true(lambda: not desktop.server_runs(), what="the server's end")
-        found = rows(site)
+        found = schedules(site)
         assert before <= len(found) <= before + 1
         assert all(value is not None for row in found for value in row)
         before = len(found)
-        check = sqlite3.connect(site / "site.db").execute("PRAGMA integrity_check").fetchone()
-        assert check == ("ok",)
+        assert is_whole(site)
 
 
 def test_everything_can_be_reached_by_the_keyboard(lisbon):
@@ -388,9 +385,9 @@ def test_the_record_is_a_class_of_its_own(lisbon, site):
     record.set("Opr", "Ann's")
     assert record.call("Save")
     assert record.get("StopDate") == "2026-04-11T11:30:00", "UTC after it is saved"
-    assert rows(site)[1][5:8] == ("2026-04-11 09:00:00", "2026-04-11 11:30:00", "Ann's")
+    assert schedules(site)[1][5:8] == ("2026-04-11 09:00:00", "2026-04-11 11:30:00", "Ann's")
     assert not record.call("Delete")
-    assert [row[0] for row in rows(site)] == [1, 3]
+    assert [row[0] for row in schedules(site)] == [1, 3]
 
 
 def test_an_operator_text_with_quotes_survives_the_round_trip(lisbon, site):
@@ -401,7 +398,7 @@ def test_an_operator_text_with_quotes_survives_the_round_trip(lisbon, site):
     text = """O'Brien "Gate" ''2'' [x] #7# \\"""
     written.set("Opr", text)
     assert written.call("Save")
-    (row,) = rows(site)
+    (row,) = schedules(site)
     assert row[7] == text
     read = client.create("objOvrSchedule")
     assert not read.call("Create", dbus.Int32(row[0]))
@@ -424,7 +421,7 @@ def test_kintarctl_opens_the_editor_and_returns_when_it_has_closed(lisbon, site)
     lisbon.press("opt10")
     lisbon.press("cmdOK")
     assert command.wait(timeout=10) == 0
-    assert [row[1:5] for row in rows(site)] == [(INPUT, 1, 4, 5)]
+    assert [row[1:5] for row in schedules(site)] == [(INPUT, 1, 4, 5)]
 
 
 def test_kintarctl_says_what_is_wrong_and_ends_after_its_time(lisbon):

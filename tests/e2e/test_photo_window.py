@@ -12,13 +12,13 @@ from card_events import (
     people_with_photos,
     person,
     photo_path,
-    row,
     show,
     title_of,
 )
 from clock import clocked
 from desktop import ForeignWindow, WindowManager, await_true
 from PIL import Image, ImageChops, ImageStat
+from site_database import rows
 
 def likeness(picture, photo):
     """Mean difference per channel between the photo and the picture's best matching area.
@@ -69,9 +69,9 @@ def test_a_person_without_a_photo_shows_none_and_not_the_one_before(desktop, sit
     show(kintar, person(site, first))
     window = desktop.await_window(".*" + person(site, first)["FName"])
     await_photo(desktop, window, photo_path(site, first))
-    without = row(
+    ((without,), *_) = rows(
         site, "SELECT ID FROM Names WHERE ID NOT IN (SELECT NameID FROM Images) ORDER BY ID"
-    )[0]
+    )
     show(kintar, person(site, without))
     desktop.await_window(".*" + person(site, without)["FName"])
     await_true(

@@ -2,17 +2,14 @@
 #pragma once
 
 #include "companion/Notices.h"
+#include "companion/OpenDatabase.h"
 #include "companion/RecordHelper.h"
-#include "companion/SiteSchema.h"
 #include "companion/SqliteReportDatabases.h"
-#include "companion/sqlite/SqliteConnection.h"
-#include "companion/sqlite/SqliteHandle.h"
 #include "platform/PosixFiles.h"
 #include "reports/InRptBuild.h"
 #include "reports/ReportTwins.h"
 #include "support/ScratchFolder.h"
-
-#include <sqlite3.h>
+#include "support/TestDatabase.h"
 
 namespace kintar::testing {
 
@@ -28,24 +25,17 @@ public:
     ReportSite() {
         folder.makeFolder("Data");
         folder.makeFolder("temp");
-        sqlite3* opened = nullptr;
-        sqlite3_open(path().c_str(), &opened);
-        database_.reset(opened);
-        run("PRAGMA journal_mode=MEMORY");
-        run("PRAGMA synchronous=OFF");
-        for (const std::string& statement : companion::siteSchemaStatements()) {
-            run(statement);
-        }
         run("INSERT INTO Loc VALUES (31, 3, 'North', '', 0), (32, 3, 'South', '', 0), "
             "(41, 4, 'Elsewhere', '', 0)");
         run("INSERT INTO Dev VALUES (31, 1, 'Gate'), (31, 2, 'Lift'), (32, 1, 'Yard')");
         run("INSERT INTO Company VALUES (3, 1, 'Acme')");
-        data = std::make_unique<companion::sqlite::SqliteConnection>(
-            path(), companion::sqlite::Access::ReadOnly);
+        data = companion::openDatabase(database_.name(), companion::DatabaseAccess::ReadOnly);
     }
 
-    [[nodiscard]] std::string path() const { return folder / "site.db"; }
-    void run(const std::string& sql) { companion::sqlite::runPlain(database_.get(), sql); }
+    /// What the site's settings call its database.
+    [[nodiscard]] const std::string& path() const { return database_.name(); }
+    /// As another program does.
+    void run(const std::string& sql) { database_.run(sql); }
     /// A holder of group 3 with one active card of the same number.
     void holder(int id, const std::string& name) {
         run("INSERT INTO Names VALUES (" + std::to_string(id) + ", '" + name +
@@ -58,9 +48,9 @@ public:
     }
     void use(int card, const std::string& when, const std::string& flag, int loc = 31,
              int dev = 1) {
-        run("INSERT INTO LocCards VALUES (NULL, " + std::to_string(card) + ", " +
-            std::to_string(loc) + ", '" + when + "', " + std::to_string(dev) + ", '" + flag +
-            "', 'N', 'N', 'N')");
+        run("INSERT INTO LocCards VALUES (" + std::to_string(++uses_) + ", " +
+            std::to_string(card) + ", " + std::to_string(loc) + ", '" + when + "', " +
+            std::to_string(dev) + ", '" + flag + "', 'N', 'N', 'N')");
     }
 
     reports::InRptWorld world() {
@@ -99,6 +89,12 @@ public:
     std::vector<std::string> names() { return rows("Select Name From InRpt Order By Name"); }
 
     ScratchFolder folder;
+
+private:
+    TestDatabase database_{chosenEngine(), folder / "site.db"};
+    int uses_ = 0;
+
+public:
     NoNotices notices;
     companion::RecordHelper records{notices};
     companion::SqliteReportDatabases databases;
@@ -106,10 +102,7 @@ public:
     SetClock clock; ///< 2012-03-14 17:05:00
     reports::InRptState state;
     std::vector<std::string> reported;
-    std::unique_ptr<companion::sqlite::SqliteConnection> data;
-
-private:
-    companion::sqlite::DatabaseHandle database_;
+    std::unique_ptr<companion::DatabaseConnection> data;
 };
 
 } // namespace kintar::testing

@@ -169,7 +169,7 @@ TEST(WhoIsIn, IsPrivateToTheUserAndLeavesNothingElse) {
 
 TEST(WhoIsIn, IsAbsentWhereTheDatabaseGoesInTheMiddle) {
     ReportSite site;
-    for (int id = 1; id <= 200; ++id) {
+    for (int id = 1; id <= 3000; ++id) { // more than are read together
         site.holder(id, "Holder");
         site.use(id, "2012-03-14 08:00:00", "I");
     }

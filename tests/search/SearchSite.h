@@ -7,8 +7,9 @@
 #include "server/modGlobals.h"
 #include "support/FakeServer.h"
 #include "support/ScratchFolder.h"
+#include "support/TestDatabase.h"
 
-#include <sqlite3.h>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,9 +39,11 @@ public:
     ~SearchSite();
 
     /// Runs statements of the engine's own language, as another program does.
-    void foreign(const std::string& sql);
+    void foreign(const std::string& sql) { database_->run(sql); }
+    void settle() { database_->settle(); }
 
-    [[nodiscard]] std::string database() const { return folder_ / "site.db"; }
+    /// What the site's settings call it.
+    [[nodiscard]] const std::string& database() const { return database_->name(); }
 
     /// The shared state, started up on this site.
     modGlobals& globals() { return globals_; }
@@ -48,8 +51,10 @@ public:
     RecordingLog log;
 
 private:
+    void startUp(const std::string& database);
+
     kintar::testing::ScratchFolder folder_;
-    sqlite3* foreign_ = nullptr;
+    std::optional<kintar::testing::TestDatabase> database_;
     NoNotices notices_;
     companion::SiteCompanion companion_{log, notices_};
     kintar::testing::Events events_;

@@ -132,6 +132,7 @@ void World::store(SearchSite& site) const {
     sql += row("Loc", 11, 3, "'North'", "''", 0) + row("Loc", 12, 3, "'South'", "''", 0) +
            row("Loc", 13, 4, "'Elsewhere'", "''", 0);
     site.foreign(sql + "COMMIT;");
+    site.settle();
 }
 
 bool begins(const std::string& text, const std::string& prefix) {

@@ -50,6 +50,7 @@ protected:
                    number + ",11,'2012-03-14 17:05:00',7,'N','','','');";
         }
         site.foreign(sql + "COMMIT;");
+        site.settle();
     }
     void use(int id, const std::string& states) {
         site.foreign("UPDATE LocCards SET Inout1 = '" + states +

@@ -11,5 +11,5 @@ kintar_test(search_windows_test
 
 kintar_test(search_rows_test
     SOURCES NameQueryRowsTest.cpp ../companion/SiteFolder.cpp
-    LINK kintar_search kintar_companion kintar_cluster
+    LINK kintar_search kintar_companion kintar_test_sites
     DEFINE KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")

@@ -51,10 +51,9 @@ pid_t spawn(const std::vector<std::string>& command, const std::string& log) {
     return child;
 }
 
-using Connection = std::unique_ptr<PGconn, void (*)(PGconn*)>;
 using Result = std::unique_ptr<PGresult, void (*)(PGresult*)>;
 
-Result run(PGconn* connection, const std::string& sql) {
+Result resultOf(PGconn* connection, const std::string& sql) {
     Result result(PQexec(connection, sql.c_str()), PQclear);
     const ExecStatusType status = PQresultStatus(result.get());
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) {
@@ -63,34 +62,72 @@ Result run(PGconn* connection, const std::string& sql) {
     return result;
 }
 
-Connection connect(const std::string& text) {
-    Connection connection(PQconnectdb(text.c_str()), PQfinish);
-    if (PQstatus(connection.get()) != CONNECTION_OK) {
-        throw std::runtime_error(PQerrorMessage(connection.get()));
-    }
-    return connection;
-}
-
 } // namespace
 
-void runOnServer(const std::string& connectionText, const std::string& sql) {
-    run(connect(connectionText).get(), sql);
+ServerConnection::ServerConnection(const std::string& connectionText)
+    : connection_(PQconnectdb(connectionText.c_str()), PQfinish) {
+    if (PQstatus(connection_.get()) != CONNECTION_OK) {
+        throw std::runtime_error(PQerrorMessage(connection_.get()));
+    }
 }
 
-std::string askServer(const std::string& connectionText, const std::string& sql) {
-    const Connection connection = connect(connectionText);
-    const Result result = run(connection.get(), sql);
+void ServerConnection::run(const std::string& sql) {
+    resultOf(connection_.get(), sql);
+}
+
+std::string ServerConnection::ask(const std::string& sql) {
+    const Result result = resultOf(connection_.get(), sql);
     return PQntuples(result.get()) > 0 ? PQgetvalue(result.get(), 0, 0) : "";
 }
 
+void runOnServer(const std::string& connectionText, const std::string& sql) {
+    ServerConnection(connectionText).run(sql);
+}
+
+std::string askServer(const std::string& connectionText, const std::string& sql) {
+    return ServerConnection(connectionText).ask(sql);
+}
+
 PrivateCluster::PrivateCluster() {
+    makeFolder();
+    makeCluster();
+    start();
+}
+
+PrivateCluster::PrivateCluster(const PrivateCluster* primary) {
+    makeFolder();
+    runProgram("pg_basebackup",
+               {"-D", folder_ + "/data", "-h", primary->folder_, "-U", owner, "--wal-method=stream",
+                "--checkpoint=fast", "--write-recovery-conf", "--no-sync"});
+    start();
+}
+
+std::unique_ptr<PrivateCluster> PrivateCluster::standbyOf(PrivateCluster& primary) {
+    std::unique_ptr<PrivateCluster> standby(new PrivateCluster(&primary));
+    // Not before: the standby would inherit it, and wait for a standby of its own one day.
+    ServerConnection administrator(primary.textOf("postgres"));
+    administrator.run("ALTER SYSTEM SET synchronous_standby_names = '*'");
+    administrator.run("SELECT pg_reload_conf()");
+    while (administrator.ask(
+               "SELECT count(*) FROM pg_stat_replication WHERE sync_state = 'sync'") != "1") {
+        poll(nullptr, 0, 10);
+    }
+    return standby;
+}
+
+void PrivateCluster::makeFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "kintar-pg-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");
     }
     folder_ = pattern;
-    makeCluster();
-    start();
+    std::filesystem::permissions(folder_, std::filesystem::perms(0755));
+    if (geteuid() == 0) {
+        const passwd* user = getpwnam(unprivileged);
+        if (user == nullptr || chown(folder_.c_str(), user->pw_uid, user->pw_gid) != 0) {
+            throw std::runtime_error("no user to run a database server as");
+        }
+    }
 }
 
 PrivateCluster::~PrivateCluster() {
@@ -105,21 +142,22 @@ PrivateCluster& PrivateCluster::shared() {
 }
 
 void PrivateCluster::makeCluster() {
-    std::filesystem::permissions(folder_, std::filesystem::perms(0755));
-    if (geteuid() == 0) {
-        const passwd* user = getpwnam(unprivileged);
-        if (user == nullptr || chown(folder_.c_str(), user->pw_uid, user->pw_gid) != 0) {
-            throw std::runtime_error("no user to run a database server as");
-        }
-    }
-    const pid_t child =
-        spawn(asServer("initdb", {"-D", folder_ + "/data", "-U", owner, "-E", "UTF8", "-A", "trust",
-                                  "--locale=C", "--no-sync"}),
-              folder_ + "/initdb.log");
+    runProgram("initdb", {"-D", folder_ + "/data", "-U", owner, "-E", "UTF8", "-A", "trust",
+                          "--locale=C", "--no-sync"});
+}
+
+void PrivateCluster::runProgram(const std::string& program,
+                                const std::vector<std::string>& arguments) const {
+    const std::string log = folder_ + "/" + program + ".log";
+    const pid_t child = spawn(asServer(program, arguments), log);
     int status = 0;
     if (waitpid(child, &status, 0) != child || status != 0) {
-        throw std::runtime_error("initdb failed; see " + folder_ + "/initdb.log");
+        throw std::runtime_error(program + " failed; see " + log);
     }
+}
+
+void PrivateCluster::promote() {
+    runOnServer(textOf("postgres"), "SELECT pg_promote()");
 }
 
 void PrivateCluster::start() {
@@ -155,6 +193,11 @@ void PrivateCluster::end(int signal) {
 
 void PrivateCluster::kill() {
     end(SIGQUIT);
+}
+
+void PrivateCluster::cutPower() {
+    signalAll(SIGKILL);
+    end(SIGKILL);
 }
 
 void PrivateCluster::stop() {

@@ -2,8 +2,12 @@
 // reached through a socket in that folder, gone with the program.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <sys/types.h>
+#include <vector>
+
+struct pg_conn;
 
 namespace kintar::testing {
 
@@ -15,6 +19,10 @@ public:
     PrivateCluster& operator=(const PrivateCluster&) = delete;
     ~PrivateCluster();
 
+    /// Another server that follows `primary` change by change. A change of `primary` ends only when
+    /// this one has it.
+    static std::unique_ptr<PrivateCluster> standbyOf(PrivateCluster& primary);
+
     /// The one that the tests of a program share.
     static PrivateCluster& shared();
 
@@ -24,8 +32,15 @@ public:
     [[nodiscard]] std::string textOf(const std::string& database) const;
     void dropDatabase(const std::string& connectionText);
 
+    /// Where clients reach it.
+    [[nodiscard]] const std::string& folder() const { return folder_; }
+
+    /// Makes a standby take over.
+    void promote();
     /// Ends the server the hard way: nothing is written any more.
     void kill();
+    /// The same without any warning, as a power cut.
+    void cutPower();
     /// Ends it as an administrator would, hanging up on everybody.
     void stop();
     /// Makes it answer no more without hanging up, as behind a dead network; and answer again.
@@ -35,7 +50,10 @@ public:
     void start();
 
 private:
+    explicit PrivateCluster(const PrivateCluster* primary);
+    void makeFolder();
     void makeCluster();
+    void runProgram(const std::string& program, const std::vector<std::string>& arguments) const;
     void waitUntilReady() const;
     void end(int signal);
     void signalAll(int signal) const;
@@ -45,7 +63,21 @@ private:
     int databases_ = 0;
 };
 
-/// Runs statements of the server's own language, as a foreign program would.
+/// A connection of a foreign program. Throws std::runtime_error with what the server says.
+class ServerConnection {
+public:
+    explicit ServerConnection(const std::string& connectionText);
+
+    /// Runs statements of the server's own language.
+    void run(const std::string& sql);
+    /// The first value of the first row; empty where there is none.
+    std::string ask(const std::string& sql);
+
+private:
+    std::unique_ptr<pg_conn, void (*)(pg_conn*)> connection_;
+};
+
+/// Runs statements on a connection for this once.
 void runOnServer(const std::string& connectionText, const std::string& sql);
 /// The first value of the first row.
 std::string askServer(const std::string& connectionText, const std::string& sql);

@@ -32,11 +32,6 @@ std::optional<ErrorKind> kindOf(const std::function<void()>& action) {
 /// A server of these tests' own, since they end it.
 testing::PrivateCluster& cluster() {
     static testing::PrivateCluster own;
-    static const bool made = [] {
-        makeSiteTemplate(own);
-        return true;
-    }();
-    static_cast<void>(made);
     return own;
 }
 
@@ -49,6 +44,13 @@ protected:
         while (ask(sql) != answer) {
             poll(nullptr, 0, 10);
         }
+    }
+    /// The standby that every change waits for.
+    void setStandby(const std::string& name) const {
+        testing::ServerConnection administrator(site.database());
+        administrator.run("ALTER SYSTEM SET synchronous_standby_names = '" + name + "'");
+        administrator.run("SELECT pg_reload_conf()");
+        awaitAnswer("SHOW synchronous_standby_names", name);
     }
     /// Starts a change and ends the server while it waits for something; what it threw.
     std::optional<ErrorKind> changeInterruptedAt(const std::string& waitsFor) {
@@ -101,12 +103,9 @@ TEST_F(PostgresFaults, WhileTheServerIsAwayStatementsFailAndTheConnectionStaysOp
 
 TEST_F(PostgresFaults, AChangeThatMayHaveBeenMadeIsToldAsSuchAndNotRepeated) {
     // The server keeps it, and then waits for a standby that does not exist.
-    testing::runOnServer(site.database(), "ALTER SYSTEM SET synchronous_standby_names = 'nobody'");
-    testing::runOnServer(site.database(), "SELECT pg_reload_conf()");
-    awaitAnswer("SHOW synchronous_standby_names", "nobody");
+    setStandby("nobody");
     EXPECT_EQ(changeInterruptedAt("SyncRep"), ErrorKind::OutcomeUnknown);
-    testing::runOnServer(site.database(), "ALTER SYSTEM RESET synchronous_standby_names");
-    testing::runOnServer(site.database(), "SELECT pg_reload_conf()");
+    setStandby("");
     EXPECT_EQ(ask("SELECT count(*) FROM IO WHERE ID = 99"), "1");
 }
 
