@@ -87,6 +87,16 @@ std::string sessionOptions(bool readOnly, const Limits& limits) {
     return options + (readOnly ? " -c default_transaction_read_only=on" : "");
 }
 
+bool wantsToWrite(const ConnectionText::Parameters& parameters) {
+    return std::ranges::count(parameters, std::pair<std::string, std::string>(
+                                              "target_session_attrs", "read-write")) > 0;
+}
+
+/// Whether a notice says that a change was made without the standby that it has to wait for.
+bool isUnconfirmed(const PGresult* notice) {
+    return fieldOf(notice, PG_DIAG_SOURCE_FUNCTION) == "SyncRepWaitForLSN";
+}
+
 /// One line, without what the server may have put around it.
 std::string plainReason(std::string text) {
     std::ranges::replace_if(
@@ -141,6 +151,11 @@ bool PostgresHandle::connect(const ConnectionText::Parameters& parameters, bool 
     for (const auto& [keyword, value] : parameters) {
         add(keyword.c_str(), value.c_str());
     }
+    // What comes later counts: a session of ours that only reads would itself not be taken for one
+    // that can write.
+    if (readOnly && wantsToWrite(parameters)) {
+        add("target_session_attrs", "primary");
+    }
     add("options", options.c_str());
     add("client_encoding", "UTF8");
     add("application_name", "kintar3");
@@ -171,7 +186,11 @@ bool PostgresHandle::connect(const ConnectionText::Parameters& parameters, bool 
         return false;
     }
     PQsetNoticeReceiver(
-        connection_.get(), [](void*, const PGresult*) {}, nullptr);
+        connection_.get(),
+        [](void* handle, const PGresult* notice) {
+            static_cast<PostgresHandle*>(handle)->unconfirmed_ |= isUnconfirmed(notice);
+        },
+        this);
     return PQsetnonblocking(connection_.get(), 1) == 0;
 }
 
@@ -291,6 +310,12 @@ ResultHandle PostgresHandle::finish(int sent) {
             lose(ErrorKind::Unreachable, "the server has ended the connection.");
         }
         throw errorOf(failed.get());
+    }
+    if (std::exchange(unconfirmed_, false)) {
+        throw DatabaseError(ErrorKind::OutcomeUnknown,
+                            "The database " + shownName_ +
+                                " made the change, but its standby did not confirm it: it is lost "
+                                "if the standby takes over now. It is not tried again.");
     }
     return last;
 }

@@ -42,6 +42,8 @@ public:
     /// time, otherwise what the last one that answered said.
     PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits,
                    const std::atomic<bool>* stop = nullptr);
+    PostgresHandle(const PostgresHandle&) = delete;
+    PostgresHandle& operator=(const PostgresHandle&) = delete;
 
     /// Whether statements can still be sent. Also looks whether the server has hung up meanwhile.
     [[nodiscard]] bool isAlive();
@@ -94,6 +96,7 @@ private:
     Limits limits_;
     [[nodiscard]] bool shouldStop() const;
 
+    bool unconfirmed_ = false; ///< since the last statement ended
     const std::atomic<bool>* stop_ = nullptr;
     std::shared_ptr<const std::atomic<bool>> away_;
 };

@@ -109,6 +109,17 @@ TEST_F(PostgresFaults, AChangeThatMayHaveBeenMadeIsToldAsSuchAndNotRepeated) {
     EXPECT_EQ(ask("SELECT count(*) FROM IO WHERE ID = 99"), "1");
 }
 
+TEST_F(PostgresFaults, AChangeThatNoStandbyHasConfirmedInTimeIsNoSuccess) {
+    const Limits limits{milliseconds(2000), milliseconds(300)};
+    PostgresConnection impatient(site.database(), DatabaseAccess::ReadWrite, limits);
+    setStandby("nobody");
+    EXPECT_EQ(kindOf([&] { impatient.execute("INSERT INTO IO (ID, Loc) VALUES (99, 1)"); }),
+              ErrorKind::OutcomeUnknown);
+    setStandby("");
+    EXPECT_EQ(ask("SELECT count(*) FROM IO WHERE ID = 99"), "1");
+    impatient.execute("DELETE FROM IO WHERE ID = 99");
+}
+
 TEST_F(PostgresFaults, AChangeThatWasNotMadeIsToldTheSameWayAndNotRepeated) {
     // Prepared already, so that it waits while it is carried out.
     connection.execute("INSERT INTO IO (ID, Loc) VALUES (95, 1)");
@@ -169,6 +180,12 @@ TEST_F(PostgresFaults, ASilentHostLeavesTheOthersTheirTime) {
                               DatabaseAccess::ReadWrite, hasty);
     EXPECT_EQ(second.open("SELECT ID FROM IO").RecordCount(), 1U);
     close(silent);
+}
+
+TEST_F(PostgresFaults, AConnectionThatOnlyReadsTakesTheHostThatWrites) {
+    PostgresConnection reading(site.database() + "&target_session_attrs=read-write",
+                               DatabaseAccess::ReadOnly, hasty);
+    EXPECT_EQ(reading.open("SELECT ID FROM IO").RecordCount(), 1U);
 }
 
 /// Waits until the watch has told so.
