@@ -13,3 +13,7 @@ kintar_test(search_rows_test
     SOURCES NameQueryRowsTest.cpp ../companion/SiteFolder.cpp
     LINK kintar_search kintar_companion kintar_test_sites
     DEFINE KINTAR_COMPANION_TESTS="${PROJECT_SOURCE_DIR}/tests/companion")
+
+kintar_test(engines_agree_test
+    SOURCES EnginesAgreeTest.cpp agreement/PlainSearch.cpp agreement/RandomSite.cpp
+    LINK kintar_search kintar_selection kintar_companion kintar_test_sites)
