@@ -1,5 +1,6 @@
 #include "support/PrivateCluster.h"
 
+#include <arpa/inet.h>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -7,9 +8,11 @@
 #include <fstream>
 #include <libpq-fe.h>
 #include <memory>
+#include <netinet/in.h>
 #include <poll.h>
 #include <pwd.h>
 #include <stdexcept>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -29,9 +32,23 @@ std::vector<std::string> asServer(const std::string& program, std::vector<std::s
         command.insert(command.end(), {std::string("--reuid=") + unprivileged, "--regid=nogroup",
                                        "--clear-groups"});
     }
-    command.push_back(std::string(KINTAR_POSTGRES_PROGRAMS) + "/" + program);
+    const bool own = program.starts_with("pg_") || program == "initdb" || program == "postgres";
+    command.push_back((own ? std::string(KINTAR_POSTGRES_PROGRAMS) + "/" : "") + program);
     command.insert(command.end(), arguments.begin(), arguments.end());
     return command;
+}
+
+/// A port that nobody listens on at the moment.
+int freePort() {
+    const int probe = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    const bool bound = bind(probe, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                       getsockname(probe, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+    close(probe);
+    return bound ? ntohs(address.sin_port) : throw std::runtime_error("no free port");
 }
 
 pid_t spawn(const std::vector<std::string>& command, const std::string& log) {
@@ -156,13 +173,37 @@ void PrivateCluster::runProgram(const std::string& program,
     }
 }
 
+void PrivateCluster::makeCertificate(const std::string& name) const {
+    const std::string path = folder_ + "/" + name;
+    runProgram("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj",
+                           "/CN=localhost", "-addext", "subjectAltName=DNS:localhost", "-keyout",
+                           path + ".key", "-out", path + ".crt"});
+}
+
+void PrivateCluster::encrypt() {
+    makeCertificate("server");
+    makeCertificate("other");
+    ServerConnection administrator(textOf("postgres"));
+    administrator.run("ALTER ROLE kintar PASSWORD 'secret'");
+    administrator.run("ALTER SYSTEM SET ssl = on");
+    administrator.run("ALTER SYSTEM SET ssl_cert_file = '" + certificate() + "'");
+    administrator.run("ALTER SYSTEM SET ssl_key_file = '" + folder_ + "/server.key'");
+    stop();
+    std::ofstream(folder_ + "/data/pg_hba.conf")
+        << "local all all trust\nhostssl all all 127.0.0.1/32 scram-sha-256\n";
+    listens_ = "127.0.0.1";
+    port_ = freePort();
+    start();
+}
+
 void PrivateCluster::promote() {
     runOnServer(textOf("postgres"), "SELECT pg_promote()");
 }
 
 void PrivateCluster::start() {
     server_ = spawn(asServer("postgres", {"-D", folder_ + "/data", "-k", folder_, "-c",
-                                          "listen_addresses=", "-c", "fsync=off", "-c",
+                                          "listen_addresses=" + listens_, "-p",
+                                          std::to_string(port_), "-c", "fsync=off", "-c",
                                           "shared_buffers=64MB", "-c", "max_connections=100"}),
                     folder_ + "/server.log");
     waitUntilReady();
@@ -223,7 +264,8 @@ void PrivateCluster::signalAll(int signal) const {
 }
 
 std::string PrivateCluster::textOf(const std::string& database) const {
-    return "postgresql://" + std::string(owner) + "@/" + database + "?host=" + folder_;
+    return "postgresql://" + std::string(owner) + "@/" + database + "?host=" + folder_ +
+           (listens_.empty() ? "" : "&port=" + std::to_string(port_));
 }
 
 std::string PrivateCluster::makeDatabase(const std::string& copyOf) {

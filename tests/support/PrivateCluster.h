@@ -35,6 +35,14 @@ public:
     /// Where clients reach it.
     [[nodiscard]] const std::string& folder() const { return folder_; }
 
+    /// Listens on localhost too from now on, there only to encrypted connections with the password
+    /// "secret". Its certificate is for the name localhost, and its own root: `certificate`.
+    void encrypt();
+    [[nodiscard]] std::string certificate() const { return folder_ + "/server.crt"; }
+    /// A certificate that nobody trusts the server for.
+    [[nodiscard]] std::string otherCertificate() const { return folder_ + "/other.crt"; }
+    [[nodiscard]] int port() const { return port_; }
+
     /// Makes a standby take over.
     void promote();
     /// Ends the server the hard way: nothing is written any more.
@@ -54,12 +62,15 @@ private:
     void makeFolder();
     void makeCluster();
     void runProgram(const std::string& program, const std::vector<std::string>& arguments) const;
+    void makeCertificate(const std::string& name) const;
     void waitUntilReady() const;
     void end(int signal);
     void signalAll(int signal) const;
 
     std::string folder_;
     pid_t server_ = -1;
+    int port_ = 5432;
+    std::string listens_;
     int databases_ = 0;
 };
 

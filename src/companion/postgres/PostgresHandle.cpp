@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <poll.h>
 #include <string_view>
 #include <utility>
@@ -123,6 +124,11 @@ bool endsConnection(const PGresult* result) {
 PostgresHandle::PostgresHandle(const ConnectionText& text, bool readOnly, const Limits& limits,
                                const std::atomic<bool>* stop)
     : shownName_(text.shownName()), limits_(limits), stop_(stop) {
+    if (std::getenv("PGPASSWORD") != nullptr) {
+        throw DatabaseError(ErrorKind::Other,
+                            "A password of the database is taken from the password file of the "
+                            "user alone (~/.pgpass), not from PGPASSWORD.");
+    }
     std::string reason = "no answer in time";
     const auto& attempts = text.attempts();
     const Moment start = steady_clock::now();
