@@ -2,6 +2,7 @@
 #pragma once
 
 #include "companion/DatabaseConnection.h"
+#include "companion/ServerLimits.h"
 
 #include <memory>
 #include <string>
@@ -9,8 +10,8 @@
 namespace kintar::companion {
 
 /// Opens what a site's settings name: a file of the embedded engine, or the connection text of a
-/// database server. Throws DatabaseError.
-std::unique_ptr<DatabaseConnection> openDatabase(const std::string& database,
-                                                 DatabaseAccess access);
+/// database server, which is waited for so long. Throws DatabaseError.
+std::unique_ptr<DatabaseConnection> openDatabase(const std::string& database, DatabaseAccess access,
+                                                 const ServerLimits& limits = {});
 
 } // namespace kintar::companion

@@ -5,6 +5,7 @@
 #include "companion/postgres/ConnectionText.h"
 
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 
@@ -15,8 +16,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t maximumFileBytes = 65536;
+constexpr int longestWait = 600;
 
-// Three keys of one section: read here, since a general reader of such files would accept more than
+// A few keys of one section: read here, since a general reader of such files would accept more than
 // a site's file may say, and could not tell the line at fault.
 class SettingsReader {
 public:
@@ -71,13 +73,39 @@ private:
         }
     }
 
+    /// Whether the key is one that takes seconds.
+    bool setSeconds(std::string_view key, std::string_view value) {
+        ServerLimits& limits = settings_.limits;
+        std::chrono::seconds* target = dialect::sameName(key, "ConnectSeconds") ? &limits.connect
+                                       : dialect::sameName(key, "StatementSeconds")
+                                           ? &limits.statement
+                                       : dialect::sameName(key, "AnswerSeconds") ? &limits.answer
+                                                                                 : nullptr;
+        if (target == nullptr) {
+            return false;
+        }
+        int seconds = 0;
+        const auto [end, error] =
+            std::from_chars(value.data(), value.data() + value.size(), seconds);
+        if (error != std::errc() || end != value.data() + value.size() || seconds < 1 ||
+            seconds > longestWait) {
+            fail("a time limit is a whole number of seconds from 1 to 600.");
+        }
+        *target = std::chrono::seconds(seconds);
+        return true;
+    }
+
     void set(std::string_view key, std::string_view value) {
+        if (setSeconds(key, value)) {
+            return;
+        }
         std::string* target = dialect::sameName(key, "Database") ? &settings_.database
                               : dialect::sameName(key, "Data")   ? &settings_.data
                               : dialect::sameName(key, "Texts")  ? &settings_.textsTable
                                                                  : nullptr;
         if (target == nullptr) {
-            fail("unknown key; there are Database, Data and Texts.");
+            fail("unknown key; there are Database, Data, Texts, ConnectSeconds, "
+                 "StatementSeconds and AnswerSeconds.");
         }
         if (value.empty()) {
             fail("a key without a value.");

@@ -56,7 +56,10 @@ std::unique_ptr<ReadSession> SiteSystem::newReadSession() {
     if (!data_) {
         throw DatabaseError::closed();
     }
-    auto connection = openDatabase(database_, DatabaseAccess::ReadOnly);
+    // Whoever reads long has a thread of his own and can be stopped: nobody waits for him.
+    auto connection =
+        openDatabase(database_, DatabaseAccess::ReadOnly,
+                     {.connect = limits_.connect, .statement = std::chrono::seconds(0)});
     if (watch_) {
         connection->failWhile(watch_->away());
     }
@@ -71,33 +74,35 @@ bool SiteSystem::Create(std::string& sysPath, bool& /*flag*/) {
     }
     // Both or neither: a system with half its connections would fail later and elsewhere.
     std::shared_ptr<DatabaseConnection> data =
-        openDatabase(settings.database, DatabaseAccess::ReadWrite);
+        openDatabase(settings.database, DatabaseAccess::ReadWrite, settings.limits);
     std::shared_ptr<DatabaseConnection> setup =
-        openDatabase(settings.database, DatabaseAccess::ReadOnly);
-    watch(settings.database);
+        openDatabase(settings.database, DatabaseAccess::ReadOnly, settings.limits);
+    watch(settings);
     if (watch_) {
         data->failWhile(watch_->away());
         setup->failWhile(watch_->away());
     }
     dataPath_ = settings.data;
     database_ = settings.database;
+    limits_ = settings.limits;
     data_ = std::move(data);
     setup_ = std::move(setup);
     records_.setTextsTable(settings.textsTable);
     return true;
 }
 
-void SiteSystem::watch(const std::string& database) {
+void SiteSystem::watch(const SiteSettings& settings) {
     watch_.reset();
     notices_.databaseAway(false);
-    if (postgres::isConnectionText(database)) {
+    if (postgres::isConnectionText(settings.database)) {
         const auto changed = [this](bool away) {
             log_.write(LogLevel::Warning,
                        away ? "the database does not answer" : "the database answers again");
             notices_.databaseAway(away);
         };
-        watch_ = std::make_unique<postgres::ServerWatch>(database, changed,
-                                                         postgres::ServerWatch::Pace());
+        watch_ = std::make_unique<postgres::ServerWatch>(
+            settings.database, changed,
+            postgres::ServerWatch::Pace{.answer = settings.limits.answer});
     }
 }
 

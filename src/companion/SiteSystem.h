@@ -47,13 +47,14 @@ private:
     Recordset read(const std::string& sql);
 
     RecordHelper& records_;
-    void watch(const std::string& database);
+    void watch(const SiteSettings& settings);
 
     Log& log_;
     Notices& notices_;
     std::string version_;
     std::string dataPath_;
     std::string database_;
+    ServerLimits limits_;
     std::shared_ptr<Connection> data_;
     std::shared_ptr<Connection> setup_;
     std::int32_t operator_ = 0;

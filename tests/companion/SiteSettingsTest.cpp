@@ -53,7 +53,8 @@ TEST(SiteSettings, ALineThatCannotBeReadIsNamed) {
     EXPECT_EQ(parseError("[Site\n"), "kintar3.ini, line 1: a section has no closing bracket.");
     EXPECT_EQ(parseError("[Site]\n\nData=\n"), "kintar3.ini, line 3: a key without a value.");
     EXPECT_EQ(parseError("[Site]\nPassword=x\n"),
-              "kintar3.ini, line 2: unknown key; there are Database, Data and Texts.");
+              "kintar3.ini, line 2: unknown key; there are Database, Data, Texts, ConnectSeconds, "
+              "StatementSeconds and AnswerSeconds.");
     EXPECT_EQ(parseError(std::string_view("[Site]\0", 7)), "kintar3.ini holds a NUL character.");
 }
 
@@ -66,6 +67,25 @@ TEST(SiteSettings, AFileThatIsTooLongIsRefused) {
     const SiteFolder site;
     site.write("kintar3.ini", std::string(100000, '\n'));
     EXPECT_THROW(SiteSettings::read(site.path()), DatabaseError);
+}
+
+TEST(SiteSettings, SayHowLongADatabaseServerIsWaitedFor) {
+    EXPECT_EQ(SiteSettings::parse("[Site]\n", "/site").limits, ServerLimits());
+    const ServerLimits limits =
+        SiteSettings::parse("[Site]\nConnectSeconds=1\nstatementseconds = 600\nAnswerSeconds=7\n",
+                            "/site")
+            .limits;
+    EXPECT_EQ(limits.connect.count(), 1);
+    EXPECT_EQ(limits.statement.count(), 600);
+    EXPECT_EQ(limits.answer.count(), 7);
+}
+
+TEST(SiteSettings, TakeNoTimeLimitThatIsNone) {
+    for (const char* value : {"0", "-1", "601", "4.5", "4 s", "soon", "99999999999999999999"}) {
+        EXPECT_EQ(parseError("[Site]\nStatementSeconds=" + std::string(value) + "\n"),
+                  "kintar3.ini, line 2: a time limit is a whole number of seconds from 1 to 600.")
+            << value;
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "companion/DatabaseError.h"
 #include "companion/SiteCompanion.h"
 #include "companion/SiteFolder.h"
+#include "support/PrivateCluster.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -201,6 +202,31 @@ TEST_P(SiteSystemTest, AFailedWriteIsAnnounced) {
     EXPECT_THAT(notices.reasons.front(), GetParam() == TestEngine::Sqlite
                                              ? HasSubstr("UNIQUE constraint failed: IO.ID")
                                              : HasSubstr("io_pkey of io"));
+}
+
+TEST(SiteLimits, EndAStatementButNotAReadThatNobodyWaitsFor) {
+    const SiteFolder site(TestEngine::Postgres);
+    site.write("kintar3.ini", "[Site]\nDatabase=" + site.database() + "\nStatementSeconds=1\n");
+    KeptLog log;
+    KeptNotices notices;
+    SiteCompanion companion(log, notices);
+    const std::shared_ptr<TarnSys> system = companion.newSystem();
+    std::string path = site.path();
+    bool flag = true;
+    ASSERT_TRUE(system->Create(path, flag));
+    testing::ServerConnection other(site.database());
+    other.run("BEGIN; LOCK TABLE io IN ACCESS EXCLUSIVE MODE");
+    const auto errorOf = [&](Connection& connection) -> std::string {
+        try {
+            companion.record().OpenRecordset("SELECT ID FROM IO", connection);
+        } catch (const RunTimeError& error) {
+            return error.what();
+        }
+        return "no error";
+    };
+    EXPECT_THAT(errorOf(*system->DataConnection()), HasSubstr("took too long"));
+    // This one waits until the lock itself has been waited for too long.
+    EXPECT_THAT(errorOf(system->newReadSession()->connection()), HasSubstr("is locked"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, SiteSystemTest,
