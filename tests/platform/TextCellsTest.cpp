@@ -53,6 +53,7 @@ TEST(TextCells, AreNotToBeToldFromTheStylesOwn) {
         {"a selected name of a window behind", name,
          QStyle::State_Enabled | QStyle::State_Selected},
         {"a name that is off", name, QStyle::State_None},
+        {"a name under the pointer", name, plain | QStyle::State_MouseOver},
         {"a name too long", tooLong},
         {"a name too long, selected", tooLong, selected},
         {"no room", name, plain, Qt::LeftToRight, 8},

@@ -20,6 +20,12 @@ QPalette::ColorRole textRole(QStyle::State state) {
     return state.testFlag(QStyle::State_Selected) ? QPalette::HighlightedText : QPalette::Text;
 }
 
+/// Whether there is anything to draw behind the text; most cells have nothing.
+bool hasGround(const QStyleOptionViewItem& cell) {
+    return (cell.state & (QStyle::State_Selected | QStyle::State_MouseOver)) ||
+           cell.backgroundBrush.style() != Qt::NoBrush;
+}
+
 /// Lays a line out and gives it back; it lives as long as its layout.
 QTextLine layOut(QTextLayout& layout, const QStyleOptionViewItem& cell, int width) {
     QTextOption option(QStyle::visualAlignment(cell.direction, cell.displayAlignment));
@@ -63,7 +69,9 @@ void TextCells::paint(QPainter* painter, const QStyleOptionViewItem& option,
     cell.features.setFlag(QStyleOptionViewItem::HasDisplay, false);
     const QString text = std::exchange(cell.text, {});
     const QStyle& style = cell.widget != nullptr ? *cell.widget->style() : *QApplication::style();
-    style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    if (hasGround(cell)) {
+        style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    }
     if (text.isEmpty()) {
         return;
     }
