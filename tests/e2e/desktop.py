@@ -299,7 +299,8 @@ class Accessible:
         )
 
     def text(self, control):
-        return self.ask(control).get("text")
+        """The text of a control, awaited where its window has only just appeared."""
+        return self.await_control(control).get("text")
 
     def is_showing(self, control):
         return self.ask(control).get("showing", False)

@@ -195,6 +195,9 @@ const MemberDescription& ServerClient::memberOf(const std::string& path,
 
 bool ServerClient::hold(std::optional<double> seconds, const std::function<bool()>& stop) {
     using Clock = std::chrono::steady_clock;
+    // In microseconds. A signal that comes after the look at `stop` does not end the wait behind
+    // it.
+    constexpr std::uint64_t oneWait = 100000;
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(seconds.value_or(0)));
     // In this order: what `stop` asks a server that has gone would start another one.
@@ -206,7 +209,8 @@ bool ServerClient::hold(std::optional<double> seconds, const std::function<bool(
         }
         int result = sd_bus_process(bus_, nullptr);
         if (result == 0) {
-            result = sd_bus_wait(bus_, seconds ? static_cast<std::uint64_t>(left) : UINT64_MAX);
+            result = sd_bus_wait(bus_, seconds ? std::min(static_cast<std::uint64_t>(left), oneWait)
+                                               : oneWait);
         }
         if (result < 0 && result != -EINTR) {
             serverLeft_ = true;
