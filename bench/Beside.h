@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <functional>
 #include <string>
 #include <vector>
@@ -48,6 +49,17 @@ inline double beside(const std::string& what, int rounds, const std::function<vo
     std::snprintf(aim, sizeof aim, "<= %.2f", aimAtMost);
     printRow(what, median(measured), median(limits), ratio, aim, ratio <= aimAtMost);
     return ratio;
+}
+
+/// The exit status of a benchmark program: 1 where its measurement throws, after saying what.
+inline int runBench(const char* program, const std::function<void()>& measure) {
+    try {
+        measure();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", program, error.what());
+        return 1;
+    }
+    return 0;
 }
 
 } // namespace kintar::bench

@@ -76,11 +76,5 @@ void measure() {
 } // namespace
 
 int main() {
-    try {
-        measure();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "board_server_bench: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return kintar::bench::runBench("board_server_bench", measure);
 }

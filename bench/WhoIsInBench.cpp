@@ -97,11 +97,5 @@ void measure() {
 } // namespace
 
 int main() {
-    try {
-        measure();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "who_is_in_bench: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return kintar::bench::runBench("who_is_in_bench", measure);
 }

@@ -18,10 +18,10 @@ namespace kintar::platform {
 /// packages put helper programs.
 std::string photoWorkerProgram();
 
-/// Keeps two workers running, so that no event waits for the start of a process. A photo that is
-/// not there 2 seconds after it was asked for is given up and its worker killed; so is one that
-/// crashes its worker. A worker that cannot be killed (a share that hangs) is left alone and
-/// replaced.
+/// Keeps two workers running, so that no event waits for the start of a process; they are started a
+/// moment after the program, or by the first photo that is asked for. A photo that is not there 2
+/// seconds after it was asked for is given up and its worker killed; so is one that crashes its
+/// worker. A worker that cannot be killed (a share that hangs) is left alone and replaced.
 class PhotoWorkerPool final : public PhotoLoader {
 public:
     struct Limits {

@@ -195,8 +195,7 @@ const MemberDescription& ServerClient::memberOf(const std::string& path,
 
 bool ServerClient::hold(std::optional<double> seconds, const std::function<bool()>& stop) {
     using Clock = std::chrono::steady_clock;
-    // In microseconds. A signal that comes after the look at `stop` does not end the wait behind
-    // it.
+    // In microseconds. A signal between a look at `stop` and the wait behind it does not end that.
     constexpr std::uint64_t oneWait = 100000;
     const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(
                                         std::chrono::duration<double>(seconds.value_or(0)));
