@@ -33,7 +33,7 @@ TEST(Unicode, AByteThatIsNoTextBecomesTheReplacementCharacter) {
 }
 
 TEST(Unicode, CaseVariantsAreAllThatFoldAlike) {
-    using testing::UnorderedElementsAre;
+    using ::testing::UnorderedElementsAre;
     EXPECT_THAT(caseVariants(U'm'), UnorderedElementsAre(U'm', U'M'));
     EXPECT_THAT(caseVariants(U's'), UnorderedElementsAre(U's', U'S', U'\u017F'));
     EXPECT_THAT(caseVariants(U'K'), UnorderedElementsAre(U'k', U'K', U'\u212A'));
@@ -46,8 +46,8 @@ TEST(Unicode, SortKeysOrderNamesAsPeopleExpect) {
     std::vector<std::string> names = {"Zoë",    "Ångström", "angle",   "Zoe",  "O'Brien",
                                       "Obrien", "Éclair",   "eclipse", "Иван", "Ωmega"};
     std::ranges::sort(names, {}, [](const std::string& name) { return sortKey(name); });
-    EXPECT_THAT(names, testing::ElementsAre("angle", "Ångström", "Éclair", "eclipse", "O'Brien",
-                                            "Obrien", "Zoe", "Zoë", "Ωmega", "Иван"));
+    EXPECT_THAT(names, ::testing::ElementsAre("angle", "Ångström", "Éclair", "eclipse", "O'Brien",
+                                              "Obrien", "Zoe", "Zoë", "Ωmega", "Иван"));
 }
 
 TEST(Unicode, SortKeysAreEqualExactlyWhereCaseAloneDiffers) {
