@@ -66,7 +66,7 @@ TEST_F(CupsPrintersTest, ListsNothingWhereThereIsNoPrintSystem) {
 
 TEST_F(CupsPrintersTest, ListsWhatItKnewLastWhereTheAnswerTakesTooLong) {
     program("lpstat", "echo 'device for Gate: x:y'");
-    CupsPrinters printers(std::chrono::milliseconds(500));
+    CupsPrinters printers(std::chrono::seconds(2));
     listOf(printers);
     program("lpstat", "exec sleep 1000");
     EXPECT_THAT(listOf(printers).printers, SizeIs(1));

@@ -258,13 +258,20 @@ void PostgresHandle::lose(ErrorKind kind, const std::string& why) {
     throw DatabaseError(kind, "The database " + shownName_ + ": " + why);
 }
 
+void PostgresHandle::loseUnanswered(const std::string& why) {
+    if (away_ && away_->load()) {
+        lose(ErrorKind::Unreachable, "it does not answer.");
+    }
+    lose(ErrorKind::TimedOut, why);
+}
+
 void PostgresHandle::flush(Moment deadline) {
     for (int left = PQflush(connection_.get()); left != 0; left = PQflush(connection_.get())) {
         if (left < 0) {
             lose(ErrorKind::Unreachable, "the connection is lost.");
         }
         if (!await(POLLIN | POLLOUT, deadline)) {
-            lose(ErrorKind::TimedOut, "it takes nothing more.");
+            loseUnanswered("it takes nothing more.");
         }
         if (PQconsumeInput(connection_.get()) == 0) {
             lose(ErrorKind::Unreachable, "the connection is lost.");
@@ -275,7 +282,7 @@ void PostgresHandle::flush(Moment deadline) {
 ResultHandle PostgresHandle::nextResult(Moment deadline) {
     while (PQisBusy(connection_.get()) != 0) {
         if (!await(POLLIN, deadline)) {
-            lose(ErrorKind::TimedOut, "no answer in time.");
+            loseUnanswered("no answer in time.");
         }
         if (PQconsumeInput(connection_.get()) == 0) {
             lose(ErrorKind::Unreachable, "the connection is lost.");

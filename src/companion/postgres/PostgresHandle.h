@@ -90,6 +90,8 @@ private:
     bool await(short events, Moment deadline);
     void flush(Moment deadline);
     [[noreturn]] void lose(ErrorKind kind, const std::string& why);
+    /// After a wait that ended without an answer.
+    [[noreturn]] void loseUnanswered(const std::string& why);
 
     std::unique_ptr<PGconn, Finish> connection_;
     std::string shownName_;
