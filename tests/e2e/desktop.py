@@ -15,7 +15,7 @@ ROOT = "/net/tarnholm/Kintar3"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 
 
-def await_true(condition, seconds=10.0, what="the condition"):
+def await_true(condition, seconds=30.0, what="the condition"):
     """Waits until `condition` gives something true and returns that; fails loudly."""
     deadline = time.monotonic() + seconds
     while True:
@@ -110,7 +110,7 @@ class Desktop:
         for client in self._clients:
             client.close()
         self._holder.stdin.close()
-        self._holder.wait(timeout=20)
+        self._holder.wait(timeout=60)
 
     def client(self):
         client = Client(self.address)
@@ -153,10 +153,10 @@ class Desktop:
     def title(self, window):
         return self.run("xdotool", "getwindowname", str(window), check=False).stdout.rstrip("\n")
 
-    def await_window(self, title, seconds=10.0):
+    def await_window(self, title, seconds=30.0):
         return await_true(lambda: self.windows(title), seconds, f"a window titled {title}")[0]
 
-    def await_no_window(self, title, seconds=10.0):
+    def await_no_window(self, title, seconds=30.0):
         await_true(lambda: not self.windows(title), seconds, f"no window titled {title}")
 
     def geometry(self, window):
@@ -293,7 +293,7 @@ class Accessible:
         self._agent.stdin.flush()
         return json.loads(self._agent.stdout.readline())
 
-    def await_control(self, control, seconds=10.0):
+    def await_control(self, control, seconds=30.0):
         return await_true(
             lambda: (found := self.ask(control))["found"] and found, seconds, f"control {control}"
         )
@@ -336,4 +336,4 @@ class Accessible:
 
     def close(self):
         self._agent.stdin.close()
-        self._agent.wait(timeout=10)
+        self._agent.wait(timeout=60)

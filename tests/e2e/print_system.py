@@ -200,7 +200,7 @@ class PrintSystem:
 
     def close(self):
         self._daemon.terminate()
-        self._daemon.wait(timeout=10)
+        self._daemon.wait(timeout=60)
         shutil.rmtree(self._folder, ignore_errors=True)
 
 

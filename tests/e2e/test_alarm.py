@@ -177,7 +177,7 @@ def test_kintarctl_announces_an_alarm(desktop, accessible):
     desktop.await_window("Alarm  Dock")
     assert accessible.text("Label_1") == "Fire"
     holder.terminate()
-    assert holder.wait(timeout=10) == 0
+    assert holder.wait(timeout=60) == 0
     desktop.await_no_window("Alarm  Dock")
     wrong = desktop.run("kintarctl", "alarm", "Fire", "--colour", "red", check=False)
     assert wrong.returncode == 2

@@ -116,7 +116,7 @@ def test_the_box_opens_others_are_served_and_the_call_is_answered_after_it(
     process.stdin.flush()
     assert process.stdout.readline().startswith(f"{ROOT}/objImageType/")
     process.stdin.close()
-    assert process.wait(timeout=20) == 0
+    assert process.wait(timeout=60) == 0
 
 
 def test_another_creation_does_not_wait_for_the_box(make_desktop, make_accessible, site):
@@ -132,4 +132,4 @@ def test_another_creation_does_not_wait_for_the_box(make_desktop, make_accessibl
     accessible.ask("OK", role="push button", window="Kintar3", action="Press")
     await_true(lambda: has_answered(first), 20.0, "the answer")
     first.stdin.close()
-    assert first.wait(timeout=20) == 0
+    assert first.wait(timeout=60) == 0

@@ -175,7 +175,7 @@ def test_an_interrupted_kintarctl_closes_its_window_and_ends_well(desktop):
     photo = desktop.start("kintarctl", "photo", "--id", "1", "--lname", "Gone", "--fname", "Soon")
     desktop.await_window("Gone, Soon")
     photo.send_signal(signal.SIGINT)
-    assert photo.wait(timeout=20) == 0
+    assert photo.wait(timeout=60) == 0
     desktop.await_no_window("Gone, Soon")
 
 
@@ -185,7 +185,7 @@ def test_kintarctl_raw_drives_the_window(desktop):
     raw.stdin.flush()
     desktop.await_window("O'Brien +\"Jr\", ")
     raw.stdin.close()
-    assert raw.wait(timeout=20) == 0
+    assert raw.wait(timeout=60) == 0
     assert raw.stdout.read().startswith(f"{ROOT}/objKintar/")
     desktop.await_no_window("O'Brien.*")
 
@@ -203,7 +203,7 @@ def test_the_first_documented_program_works_as_it_stands(desktop):
     desktop.await_window("Byron, Ada")
     program.stdin.write("\n")
     program.stdin.close()
-    assert program.wait(timeout=20) == 0
+    assert program.wait(timeout=60) == 0
     desktop.await_no_window("Byron, Ada")
 
 

@@ -54,7 +54,7 @@ def test_a_photo_event_from_the_command_line_shows_the_person(desktop, database_
         desktop.await_window(title_of(someone))
     finally:
         kintarctl.terminate()
-        kintarctl.wait(timeout=20)
+        kintarctl.wait(timeout=60)
 
 
 def test_a_search_lists_the_names_of_the_database(desktop, accessible, database_server):

@@ -63,7 +63,7 @@ class Rounds:
 
     def close(self):
         self._process.stdin.close()
-        assert self._process.wait(timeout=20) == 0
+        assert self._process.wait(timeout=60) == 0
 
 
 class Usage:

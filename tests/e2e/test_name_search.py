@@ -47,7 +47,7 @@ class WaitingClient(Client):
         while GLib.MainContext.default().iteration(False):
             pass
 
-    def await_closing(self, seconds=10.0):
+    def await_closing(self, seconds=30.0):
         """Waits for the signal that the dialog has been closed."""
 
         def closed():
@@ -430,7 +430,7 @@ def test_the_command_line_prints_the_name_that_was_picked(desktop, site, accessi
     desktop.await_window(TITLE)
     find(accessible, name[1])
     accessible.press("cmdOK")
-    printed, _ = picking.communicate(timeout=20)
+    printed, _ = picking.communicate(timeout=60)
     assert printed == f"{name[0]}\t{shown(name)}\n"
     assert picking.returncode == 0
 
@@ -450,7 +450,7 @@ def test_the_command_line_never_takes_an_earlier_choice_for_its_own(
     desktop.await_window(TITLE)
     assert picking.poll() is None
     accessible.press("cmdCancel")
-    printed, _ = picking.communicate(timeout=20)
+    printed, _ = picking.communicate(timeout=60)
     assert (printed, picking.returncode) == ("", 1)
 
 

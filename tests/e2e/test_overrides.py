@@ -420,7 +420,7 @@ def test_kintarctl_opens_the_editor_and_returns_when_it_has_closed(lisbon, site)
     lisbon.set_slider("Slider2", 95)
     lisbon.press("opt10")
     lisbon.press("cmdOK")
-    assert command.wait(timeout=10) == 0
+    assert command.wait(timeout=60) == 0
     assert [row[1:5] for row in schedules(site)] == [(INPUT, 1, 4, 5)]
 
 

@@ -15,6 +15,8 @@ from PIL import Image
 # Blue and red differences of colours that noise in the brightness leaves recognisable.
 COLOURS = [(40, 200), (200, 40), (210, 190), (50, 60)]
 NO_PHOTO = None
+# Seconds after which the window shows no image: a machine under load may need more for these.
+PHOTO_LIMIT = 2.0
 
 
 @pytest.fixture(scope="module")
@@ -100,8 +102,8 @@ class Scene:
             shutil.copy(photo, photo_path(site, someone["ID"]))
             expected = Image.new("YCbCr", (1, 1), (127, *colour)).convert("RGB").getpixel((0, 0))
             self.send(someone)
-            await_true(
-                lambda: distance(self.window.photo_colour(), expected) < 40, what="a slow photo"
+            self._send_until(
+                someone, lambda: distance(self.window.photo_colour(), expected) < 40
             )
             self.window.learn(someone["ID"], self.window.photo_colour())
 
@@ -114,7 +116,22 @@ class Scene:
 
     def await_shown(self, someone):
         wanted = (someone["ID"], someone["ID"])
-        await_true(lambda: self.window.shown() == wanted, what=self._title(someone))
+        self._send_until(someone, lambda: self.window.shown() == wanted)
+
+    def _send_until(self, someone, is_seen):
+        """A photo that takes longer than it may is given up: then its event comes again."""
+        next_time = time.monotonic() + 2 * PHOTO_LIMIT
+
+        def is_seen_at_last():
+            nonlocal next_time
+            if is_seen():
+                return True
+            if time.monotonic() > next_time:
+                next_time += 2 * PHOTO_LIMIT
+                self.send(someone)
+            return False
+
+        await_true(is_seen_at_last, seconds=60.0, what=self._title(someone))
 
 
 def code_of(name_id):

@@ -86,4 +86,4 @@ def test_the_start_up_message_can_be_answered_by_keyboard(make_desktop, tmp_path
     desktop.run("xdotool", "key", "Return")
     assert creating.stdout.readline().endswith("/objKintar/1\n")
     creating.stdin.close()
-    assert creating.wait(timeout=20) == 0
+    assert creating.wait(timeout=60) == 0
