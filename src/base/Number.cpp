@@ -2,6 +2,7 @@
 
 #include "base/RunTimeError.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -112,6 +113,27 @@ std::string decimalPrefix(std::string_view text) {
     return number;
 }
 
+/// Whether a number that no double holds, in the form of `decimalPrefix`, is too large for one
+/// (otherwise it is too small).
+bool isTooLarge(std::string_view number) {
+    const std::size_t exponentAt = std::min(number.find('e'), number.size());
+    const std::string_view digits = number.substr(0, exponentAt);
+    const std::size_t first = digits.find_first_of("123456789");
+    if (first == std::string_view::npos) {
+        return false;
+    }
+    const auto point = static_cast<long long>(std::min(digits.find('.'), digits.size()));
+    const std::string_view exponentText = number.substr(std::min(exponentAt + 1, number.size()));
+    constexpr long long beyond = std::numeric_limits<long long>::max() / 2;
+    long long exponent = 0;
+    const auto [end, error] =
+        std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    if (error == std::errc::result_out_of_range) {
+        exponent = exponentText.front() == '-' ? -beyond : beyond;
+    }
+    return std::clamp(exponent, -beyond, beyond) + point > static_cast<long long>(first);
+}
+
 } // namespace
 
 double leadingNumber(std::string_view text) {
@@ -135,11 +157,10 @@ double leadingNumber(std::string_view text) {
     double value = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
     if (error == std::errc::result_out_of_range) {
-        // Too small for a double counts as 0, too large does not.
-        if (number.find("e-") != std::string::npos || number.starts_with("0.")) {
-            return 0;
+        if (isTooLarge(number)) {
+            throw RunTimeError::overflow();
         }
-        throw RunTimeError::overflow();
+        return 0;
     }
     return negative && value != 0 ? -value : value;
 }

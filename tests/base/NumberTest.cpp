@@ -38,6 +38,14 @@ TEST(LeadingNumber, ReadsWhatATextBeginsWith) {
 
 TEST(LeadingNumber, RaisesOverflowBeyondItsType) {
     EXPECT_EQ(errorNumber([] { leadingNumber("1e999"); }), 6);
+    EXPECT_EQ(errorNumber([] { leadingNumber("0.5e999"); }), 6);
+    EXPECT_EQ(errorNumber([] { leadingNumber("1e99999999999999999999"); }), 6);
+    EXPECT_EQ(errorNumber([] { leadingNumber(std::string(400, '9') + "e-1"); }), 6);
+    EXPECT_EQ(leadingNumber("0e999"), 0);
+    EXPECT_EQ(leadingNumber("0.5e-999"), 0);
+    EXPECT_EQ(leadingNumber("1e-99999999999999999999"), 0);
+    EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1e402"), 10);
     EXPECT_EQ(errorNumber([] { leadingNumber("&H1FFFFFFFF"); }), 6);
     EXPECT_EQ(errorNumber([] { leadingLong("2147483648"); }), 6);
     EXPECT_EQ(leadingLong("2147483647"), std::numeric_limits<std::int32_t>::max());
