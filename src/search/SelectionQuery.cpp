@@ -1,10 +1,10 @@
 #include "search/SelectionQuery.h"
 
 #include "base/Number.h"
-#include "base/RunTimeError.h"
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 namespace kintar::selection {
@@ -15,7 +15,8 @@ constexpr std::string_view namesOfGroup =
     "Company.Name AS COMPNAME FROM [Names] LEFT JOIN Company ON [Names].LocGrp = Company.LocGrp "
     "AND [Names].Company = Company.Company WHERE [Names].LocGrp = ";
 
-/// The whole days of a text: 0 where it is no number, a fraction cut off.
+/// The whole days of a text: 0 where it is no number, a fraction cut off. More than fit are the
+/// most that do: no date lies so far back either.
 long long daysOf(const std::string& text) {
     std::string number = numericText(text).value_or("0");
     number.resize(std::min(number.find('.'), number.size()));
@@ -24,10 +25,7 @@ long long daysOf(const std::string& text) {
     }
     long long days = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), days);
-    if (error != std::errc()) {
-        throw RunTimeError::overflow();
-    }
-    return days;
+    return error == std::errc() ? days : std::numeric_limits<long long>::max();
 }
 
 DateTime endOfDay(DateTime day) {

@@ -268,6 +268,15 @@ TEST_F(CardCriteria, DaysThatLeadOutOfTheCalendarOverflow) {
     }
 }
 
+TEST_F(CardCriteria, DaysOfAnyLengthAddNothingWhereTheGroupHasNoLocations) {
+    for (const std::string text : {"800000", "123456789012345678901234567890"}) {
+        input.notUsedDays = text;
+        const SelectionQuery query = build();
+        EXPECT_TRUE(query.HaveCardCrit) << text;
+        EXPECT_EQ(query.CardSql, cardsOfGroup3) << text;
+    }
+}
+
 TEST_F(UdfCriteria, OneRowEndsInTwoParentheses) {
     input.udf = {{2, "Car", "Blue"}};
     const SelectionQuery query = build();
