@@ -65,6 +65,23 @@ TEST(Explain, ANumberBeyondThirtyTwoBitsIsRefused) {
     }
 }
 
+TEST(Explain, ALineOfThousandsOfItemsIsAnswered) {
+    std::string companies;
+    for (int i = 0; i < 20000; ++i) {
+        companies += R"json({"data":1,"selected":false},)json";
+    }
+    const Json answer = ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3,
+        "companies":[)json" + companies + R"json({"data":9,"selected":true}]})json");
+    EXPECT_NE(answer["sql"].get<std::string>().find(" In (0,9)"), std::string::npos);
+    EXPECT_EQ(answer["after"]["companies"].size(), 20001U);
+}
+
+TEST(Explain, BracketsInATextDoNotNest) {
+    const std::string text = std::string(100, '[') + R"json(\"{{\\)json";
+    EXPECT_EQ(
+        ask("number", "{\"id\":1,\"text\":\"7" + text + "\",\"reading\":\"leading\"}")["value"], 7);
+}
+
 TEST(Explain, AnswersACardCommand) {
     const Json answer = ask("card", R"json({"id":1,"enable":true,"locGrp":3,"code":"0012",
         "now":"2012-03-14T17:05:00","locale":"en-US","ruleFile":"7\r\n18:00\r\n",
