@@ -6,9 +6,10 @@ namespace kintar::explain {
 void applyCard(const Json& input, Answer& answer) {
     CardCommandInput command;
     command.enable = boolean(input, "enable");
-    command.id = number32(input, "id");
+    command.id = number32(input, input.contains("nameId") ? "nameId" : "id");
     command.locGrp = number32(input, "locGrp");
-    command.code = text(input, "code");
+    required(input, "code");
+    command.code = textOrNumber(input, "code");
     command.now = dateTime(input, "now");
     command.formats = locale(input, "locale");
     if (input.contains("ruleFile") && !input["ruleFile"].is_null()) {

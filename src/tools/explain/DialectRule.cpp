@@ -22,7 +22,8 @@ std::string listOf(const std::vector<companion::LiftedValue>& values) {
 } // namespace
 
 void applyDialect(const Json& input, Answer& answer) {
-    const std::string engine = text(input, "engine");
+    const std::string stated = textOrEmpty(input, "engine");
+    const std::string engine = stated.empty() ? "sqlite" : stated;
     try {
         const companion::Explained explained =
             companion::explainDialect(text(input, "sql"), engine);

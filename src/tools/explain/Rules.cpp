@@ -5,7 +5,9 @@
 #include "platform/SystemLocale.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace kintar::explain {
@@ -54,6 +56,12 @@ bool isNumber32(const Json& value) {
     if (value.is_number_unsigned()) { // compared as signed, the largest would be negative
         return std::in_range<std::int32_t>(value.get<std::uint64_t>());
     }
+    if (value.is_number_float()) { // many writers of JSON put 3 as 3.0
+        const double number = value.get<double>();
+        return number == std::nearbyint(number) &&
+               number >= std::numeric_limits<std::int32_t>::min() &&
+               number <= std::numeric_limits<std::int32_t>::max();
+    }
     return value.is_number_integer() && std::in_range<std::int32_t>(value.get<std::int64_t>());
 }
 
@@ -75,11 +83,14 @@ std::vector<Item> listOf(const Json& input, const char* field, const char* expec
 const std::vector<Rule>& rules() {
     static const std::vector<Rule> table = {
         {"card",
-         "in: enable, id, locGrp, code, now, locale (en-US, de-DE, iso), ruleFile (text or null), "
-         "existing (names); out: written, staging, stopDate, fileName",
+         "in: enable, id (the person's number; nameId where the line has an id of its own), "
+         "locGrp, "
+         "code, now, locale (en-US, de-DE, iso), ruleFile (text or null), existing (names); out: "
+         "written, staging, stopDate, fileName",
          applyCard},
         {"dialect",
-         "in: sql, engine (sqlite); out: text, values, or error with position (the character, "
+         "in: sql, engine (sqlite, postgresql); out: text, values, or error with position (the "
+         "character, "
          "1 the first)",
          applyDialect},
         {"in-out",
@@ -177,12 +188,28 @@ std::string textOrEmpty(const Json& input, const char* field) {
     return found == input.end() || found->is_null() ? std::string() : text(input, field);
 }
 
+std::string textOrNumber(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    return found != input.end() && found->is_number_integer() ? jsonText(*found)
+                                                              : textOrEmpty(input, field);
+}
+
+bool booleanOrFalse(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    return found != input.end() && !found->is_null() && boolean(input, field);
+}
+
 bool boolean(const Json& input, const char* field) {
     const Json& value = required(input, field);
     if (!value.is_boolean()) {
         throw wrong(field, "true or false");
     }
     return value.get<bool>();
+}
+
+std::int32_t number32Or(const Json& input, const char* field, std::int32_t otherwise) {
+    const auto found = input.find(field);
+    return found == input.end() || found->is_null() ? otherwise : number32(input, field);
 }
 
 std::int32_t number32(const Json& input, const char* field) {
@@ -216,10 +243,10 @@ std::vector<Json> objects(const Json& input, const char* field) {
 }
 
 LocaleFormats locale(const Json& input, const char* field) {
-    if (!input.contains(field)) {
+    const std::string name = textOrEmpty(input, field);
+    if (name.empty()) {
         return {};
     }
-    const std::string name = text(input, field);
     const std::optional<LocaleFormats> formats = platform::localeFormats(name);
     if (!formats) {
         throw BadInput("'" + std::string(field) + "' is '" + name + "', which is no known locale");

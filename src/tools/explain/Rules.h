@@ -55,14 +55,21 @@ const Json& required(const Json& input, const char* field);
 std::string text(const Json& input, const char* field);
 /// "" where the field is absent or null.
 std::string textOrEmpty(const Json& input, const char* field);
+/// As `textOrEmpty`; a whole number is taken as its digits.
+std::string textOrNumber(const Json& input, const char* field);
 bool boolean(const Json& input, const char* field);
+/// False where the field is absent or null.
+bool booleanOrFalse(const Json& input, const char* field);
+/// Whole numbers may be written with a fraction of zero.
 std::int32_t number32(const Json& input, const char* field);
+/// `otherwise` where the field is absent or null.
+std::int32_t number32Or(const Json& input, const char* field, std::int32_t otherwise);
 DateTime dateTime(const Json& input, const char* field);
 // Lists are empty where the field is absent or null.
 std::vector<std::string> texts(const Json& input, const char* field);
 std::vector<std::int32_t> numbers32(const Json& input, const char* field);
 std::vector<Json> objects(const Json& input, const char* field);
-/// `en-US` where the field is absent.
+/// `en-US` where the field is absent, null or empty.
 LocaleFormats locale(const Json& input, const char* field);
 
 void applyZone(const Json& input, Answer& answer);

@@ -65,7 +65,10 @@ const Words<selection::CardStatus> statuses = {{"either", selection::CardStatus:
 /// One of some words; the first of them where the field is absent.
 template <class Enum>
 Enum oneOf(const Json& input, const char* field, const Words<Enum>& words) {
-    const std::string word = textOrEmpty(input, field);
+    // The words "true" and "false" may also stand there as JSON's own values.
+    const auto found = input.find(field);
+    const std::string word =
+        found != input.end() && found->is_boolean() ? jsonText(*found) : textOrEmpty(input, field);
     if (word.empty()) {
         return words.front().second;
     }
@@ -97,20 +100,19 @@ DateTime dateOr(const Json& input, const char* field, DateTime otherwise) {
 /// Skills are keyed by their ID and letters; the line may name the ID alone or the whole key.
 std::string skillKey(const Json& item) {
     const Json& key = required(item, "key");
-    return key.is_number_integer() ? std::to_string(number32(item, "key")) + "ID"
-                                   : text(item, "key");
+    return key.is_number() ? std::to_string(number32(item, "key")) + "ID" : text(item, "key");
 }
 
 void readLists(const Json& input, selection::SelectionCriteria& criteria) {
     for (const Json& item : objects(input, "companies")) {
-        criteria.companies.push_back({number32(item, "data"), boolean(item, "selected")});
+        criteria.companies.push_back({number32(item, "data"), booleanOrFalse(item, "selected")});
     }
     for (const Json& item : objects(input, "udf")) {
         criteria.udf.push_back(
-            {number32(item, "num"), textOrEmpty(item, "name"), textOrEmpty(item, "value")});
+            {number32(item, "num"), textOrEmpty(item, "name"), textOrNumber(item, "value")});
     }
     for (const Json& item : objects(input, "skills")) {
-        criteria.skills.push_back({skillKey(item), boolean(item, "selected")});
+        criteria.skills.push_back({skillKey(item), booleanOrFalse(item, "selected")});
     }
 }
 
@@ -123,9 +125,9 @@ selection::SelectionCriteria readCriteria(const Json& input, DateTime today) {
     criteria.trace = oneOf(input, "trace", choices);
     criteria.guardTour = oneOf(input, "guardTour", choices);
     criteria.status = oneOf(input, "status", statuses);
-    criteria.cardCode = textOrEmpty(input, "cardCode");
-    criteria.cardNum = textOrEmpty(input, "cardNum");
-    criteria.notUsedDays = textOrEmpty(input, "notUsedDays");
+    criteria.cardCode = textOrNumber(input, "cardCode");
+    criteria.cardNum = textOrNumber(input, "cardNum");
+    criteria.notUsedDays = textOrNumber(input, "notUsedDays");
     criteria.startLow = dateOr(input, "startLow", today);
     criteria.startHigh = dateOr(input, "startHigh", today);
     criteria.stopLow = dateOr(input, "stopLow", today);
@@ -175,7 +177,7 @@ Json after(const Json& input, const selection::SelectionCriteria& criteria) {
 void applyNames(const Json& input, Answer& answer) {
     Literals literals;
     const std::string companyFilter = textOrEmpty(input, "companyFilter");
-    const std::int32_t mode = number32(input, "mode");
+    const std::int32_t mode = number32Or(input, "mode", 0);
     search::NameCriteria criteria;
     criteria.locGrp = number32(input, "locGrp");
     criteria.mode = toInt16(mode);

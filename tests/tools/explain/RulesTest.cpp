@@ -57,12 +57,54 @@ TEST(Explain, ALineThatNestsTooDeepGivesAnError) {
 }
 
 TEST(Explain, ANumberBeyondThirtyTwoBitsIsRefused) {
-    for (const std::string number : {"2147483648", "-2147483649", "9223372036854775808",
-                                     "18446744073709551615", "1e400", "3.0", "true", "\"3\""}) {
+    for (const std::string number :
+         {"2147483648", "-2147483649", "9223372036854775808", "18446744073709551615", "1e400",
+          "1e10", "3.5", "true", "\"3\""}) {
         const Json answer = ask("names", "{\"id\":1,\"mode\":0,\"locGrp\":" + number + "}");
         EXPECT_TRUE(answer.contains("error")) << number;
         EXPECT_FALSE(answer.contains("sql")) << number;
     }
+}
+
+TEST(Explain, AWholeNumberMayHaveAFractionOfZero) {
+    const Json answer = ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3.0,
+        "groupLocs":[7.0,8],"notUsedDays":"1","skills":[{"key":7.0,"selected":true}]})json");
+    EXPECT_EQ(answer["locationQuery"], "SELECT Loc FROM Loc WHERE LocGrp = 3");
+    EXPECT_NE(answer["cardSql"].get<std::string>().find("IN (7,8)"), std::string::npos);
+    EXPECT_EQ(answer["skillSql"], "SELECT Skills.NameID FROM Skills WHERE SkillID IN (7)");
+}
+
+TEST(Explain, WhatIsLeftOutOrNullHasItsUsualValue) {
+    const std::string all = rawAnswer("names", R"json({"id":1,"locGrp":3,"mode":0,"lastName":"",
+        "firstName":"","companyFilter":""})json");
+    EXPECT_EQ(rawAnswer("names", R"json({"id":1,"locGrp":3})json"), all);
+    EXPECT_EQ(rawAnswer("names", R"json({"id":1,"locGrp":3,"mode":null,"lastName":null})json"),
+              all);
+    EXPECT_EQ(
+        rawAnswer("dialect", R"json({"id":1,"sql":"SELECT ID FROM Cards"})json"),
+        rawAnswer("dialect", R"json({"id":1,"sql":"SELECT ID FROM Cards","engine":"sqlite"})json"));
+    const Json card = ask("card", R"json({"id":1,"enable":false,"locGrp":3,"code":"7",
+        "now":"2012-03-14","locale":null,"existing":null})json");
+    EXPECT_EQ(card["fileName"], "^IMP1.txt");
+    const Json companies = ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3,
+        "companies":[{"data":1},{"data":4,"selected":null}],"visitor":null})json");
+    EXPECT_EQ(companies["companyFilterAsked"], true);
+}
+
+TEST(Explain, NumbersMayStandWhereATextIsReadAsANumber) {
+    const Json answer = ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3,
+        "groupLocs":[7],"cardCode":123,"cardNum":45,"notUsedDays":30,"visitor":true,
+        "trace":false,"udf":[{"num":2,"name":"Car","value":9}]})json");
+    EXPECT_EQ(answer["cardSql"],
+              "SELECT NameID FROM Cards WHERE LocGrp = 3 And DlFlag <> 2 AND Code = 123 AND "
+              "CardNum LIKE '45%' AND ID IN (SELECT CardID FROM LocCards WHERE Loc IN (7) AND "
+              "LastDate <= #02/13/2012 23:59:59#)");
+    EXPECT_NE(answer["sql"].get<std::string>().find(" AND Visitor <> 0 AND Trace = 0"),
+              std::string::npos);
+    EXPECT_NE(answer["udfSql"].get<std::string>().find("LIKE '9%'"), std::string::npos);
+    EXPECT_TRUE(ask("selection", R"json({"id":1,"today":"2012-03-14","locGrp":3,
+        "cardCode":1.5})json")
+                    .contains("error"));
 }
 
 TEST(Explain, ALineOfThousandsOfItemsIsAnswered) {
@@ -80,6 +122,13 @@ TEST(Explain, BracketsInATextDoNotNest) {
     const std::string text = std::string(100, '[') + R"json(\"{{\\)json";
     EXPECT_EQ(
         ask("number", "{\"id\":1,\"text\":\"7" + text + "\",\"reading\":\"leading\"}")["value"], 7);
+}
+
+TEST(Explain, TheNumberOfThePersonMayStandBesideTheIdOfTheLine) {
+    const Json answer = ask("card", R"json({"id":"first","nameId":17,"enable":false,"locGrp":3,
+        "code":123,"now":"2012-03-14"})json");
+    EXPECT_EQ(answer["id"], "first");
+    EXPECT_EQ(answer["staging"].get<std::string>().substr(0, 21), "I L3 NameID ^17^^^\r\nT");
 }
 
 TEST(Explain, AnswersACardCommand) {
