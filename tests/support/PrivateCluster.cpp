@@ -15,6 +15,7 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace kintar::testing {
@@ -105,7 +106,7 @@ std::string askServer(const std::string& connectionText, const std::string& sql)
     return ServerConnection(connectionText).ask(sql);
 }
 
-PrivateCluster::PrivateCluster() {
+PrivateCluster::PrivateCluster(std::vector<std::string> settings) : settings_(std::move(settings)) {
     makeFolder();
     makeCluster();
     start();
@@ -201,11 +202,15 @@ void PrivateCluster::promote() {
 }
 
 void PrivateCluster::start() {
-    server_ = spawn(asServer("postgres", {"-D", folder_ + "/data", "-k", folder_, "-c",
-                                          "listen_addresses=" + listens_, "-p",
-                                          std::to_string(port_), "-c", "fsync=off", "-c",
-                                          "shared_buffers=64MB", "-c", "max_connections=100"}),
-                    folder_ + "/server.log");
+    std::vector<std::string> arguments{"-D", folder_ + "/data",    "-k", folder_,
+                                       "-p", std::to_string(port_)};
+    std::vector<std::string> settings{"listen_addresses=" + listens_, "fsync=off",
+                                      "shared_buffers=64MB", "max_connections=100"};
+    settings.insert(settings.end(), settings_.begin(), settings_.end());
+    for (std::string& setting : settings) {
+        arguments.insert(arguments.end(), {"-c", std::move(setting)});
+    }
+    server_ = spawn(asServer("postgres", std::move(arguments)), folder_ + "/server.log");
     waitUntilReady();
 }
 

@@ -13,8 +13,9 @@ namespace kintar::testing {
 
 class PrivateCluster {
 public:
-    /// Makes and starts a server. Throws std::runtime_error where that fails.
-    PrivateCluster();
+    /// Makes and starts a server; `settings`, as `name=value`, take the place of a small server's.
+    /// Throws std::runtime_error where that fails.
+    explicit PrivateCluster(std::vector<std::string> settings = {});
     PrivateCluster(const PrivateCluster&) = delete;
     PrivateCluster& operator=(const PrivateCluster&) = delete;
     ~PrivateCluster();
@@ -67,6 +68,7 @@ private:
     void end(int signal);
     void signalAll(int signal) const;
 
+    std::vector<std::string> settings_;
     std::string folder_;
     pid_t server_ = -1;
     int port_ = 5432;
