@@ -19,6 +19,7 @@ public:
     std::unique_ptr<PendingRecordset> BeginRecordset(std::string_view sql, Connection& connection,
                                                      std::function<void()> ended) override;
     void ExecuteSQL(std::string_view sql, Connection& connection) override;
+    void AnnounceFailure(const std::string& reason) override { notices_.writeFailed(reason); }
     bool FindRecord(Recordset& rows, std::string_view criterion) override;
     std::string SqlText(std::string_view text) override;
     std::string SqlDate(DateTime value) override;

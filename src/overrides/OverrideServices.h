@@ -12,13 +12,16 @@
 
 namespace kintar {
 
-/// The database as overrides use it: the record helper on the data connection. All but `report`
-/// throw what the companion throws.
+/// The database as overrides use it: the record helper on the data connection. All but `report` and
+/// `announceFailure` throw what the companion throws.
 class OverrideDatabase {
 public:
     virtual ~OverrideDatabase() = default;
     virtual Recordset open(std::string_view sql) = 0;
+    /// A failure is announced to the operator.
     virtual void execute(std::string_view sql) = 0;
+    /// Announces a change that failed before it could be executed.
+    virtual void announceFailure(const std::exception& error) = 0;
     virtual std::string SqlText(std::string_view text) = 0;
     virtual std::string SqlDate(DateTime value) = 0;
     virtual void report(const std::exception& error, std::string_view routine) = 0;

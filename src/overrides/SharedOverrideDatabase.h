@@ -16,6 +16,9 @@ public:
     void execute(std::string_view sql) override {
         globals_.tarnRec().ExecuteSQL(sql, globals_.gCnn());
     }
+    void announceFailure(const std::exception& error) override {
+        globals_.tarnRec().AnnounceFailure(error.what());
+    }
     std::string SqlText(std::string_view text) override { return globals_.tarnRec().SqlText(text); }
     std::string SqlDate(DateTime value) override { return globals_.tarnRec().SqlDate(value); }
     void report(const std::exception& error, std::string_view routine) override {

@@ -141,9 +141,19 @@ std::string objOvrSchedule::updateStatement() const {
            " WHERE ID = " + std::to_string(ID_);
 }
 
-bool objOvrSchedule::Save() {
+void objOvrSchedule::adjustForSaving() {
     try {
         AdjustTimes(true);
+    } catch (const std::exception& error) {
+        // Nobody else says so: the editor has closed when it would be asked.
+        services_.database.announceFailure(error);
+        throw;
+    }
+}
+
+bool objOvrSchedule::Save() {
+    try {
+        adjustForSaving();
         services_.database.execute(IsAdd_ ? insertStatement() : updateStatement());
         IsAdd_ = false;
         return true;

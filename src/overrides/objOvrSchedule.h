@@ -74,6 +74,7 @@ public:
 
 private:
     void AdjustTimes(bool toUTC);
+    void adjustForSaving();
     void setWorkstationOffset();
     void LoadRecord(const Recordset& row);
     void SetDefaults();

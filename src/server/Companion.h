@@ -133,7 +133,10 @@ public:
         tell();
         return std::make_unique<ReadRecordset>(std::move(rows));
     }
+    /// Tells the operator, too, of a statement that failed.
     virtual void ExecuteSQL(std::string_view sql, Connection& connection) = 0;
+    /// Tells the operator of a change that failed before there was a statement of it.
+    virtual void AnnounceFailure(const std::string& /*reason*/) {}
     /// Stands on the first row that meets a criterion such as `Loc = 3 And Device = 7`, searched
     /// from the first row; at the end, and false, where there is none.
     virtual bool FindRecord(Recordset& rows, std::string_view criterion) = 0;

@@ -50,6 +50,9 @@ public:
             throw RunTimeError(3704, "the database is closed");
         }
     }
+    void announceFailure(const std::exception& error) override {
+        announced.emplace_back(error.what());
+    }
     std::string SqlText(std::string_view text) override {
         std::string quoted = "'";
         for (const char c : text) {
@@ -66,6 +69,7 @@ public:
     std::vector<std::string> statements; ///< all of them, in order
     std::vector<std::string> executed;
     std::vector<std::string> reports;
+    std::vector<std::string> announced; ///< besides the failures of `execute`
     std::string failsAt;
     bool failsToExecute = false;
 };

@@ -356,6 +356,23 @@ TEST(objOvrSchedule, AFailedLocationQueryLeavesTheLocationsOffset0) {
     EXPECT_EQ(schedule.SysTimeDiff(), -300) << "from before";
 }
 
+TEST(objOvrSchedule, ASaveThatFailsBeforeItsStatementIsAnnounced) {
+    FakeOverrides overrides;
+    const Schedule schedule = newSchedule(overrides);
+    overrides.database.failsAt = pointQuery(11);
+    EXPECT_FALSE(schedule->Save());
+    EXPECT_THAT(overrides.database.announced, ElementsAre("the database is gone"));
+    EXPECT_THAT(overrides.database.executed, IsEmpty());
+}
+
+TEST(objOvrSchedule, ASaveWhoseStatementFailsIsLeftToTheCompanionToAnnounce) {
+    FakeOverrides overrides;
+    const Schedule schedule = newSchedule(overrides);
+    overrides.database.failsToExecute = true;
+    EXPECT_FALSE(schedule->Save());
+    EXPECT_THAT(overrides.database.announced, IsEmpty());
+}
+
 TEST(objOvrSchedule, AZoneIsLookedUpAgainAtEverySave) {
     FakeOverrides overrides;
     overrides.locate("Central Standard Time");

@@ -145,6 +145,7 @@ public:
         return row;
     }
     void execute(std::string_view sql) override { statements.emplace_back(sql); }
+    void announceFailure(const std::exception& /*error*/) override {}
     std::string SqlText(std::string_view text) override { return helper_.SqlText(text); }
     std::string SqlDate(DateTime value) override { return helper_.SqlDate(value); }
     void report(const std::exception& /*error*/, std::string_view /*routine*/) override {}
