@@ -1,5 +1,6 @@
 """A private PostgreSQL server in a folder of its own, started and stopped by tests."""
 
+import contextlib
 import os
 import shutil
 import signal
@@ -12,8 +13,11 @@ UNPRIVILEGED = "nobody"
 
 
 class DatabaseServer:
-    def __init__(self):
-        self._programs = subprocess.run(
+    """Makes and starts a server; with a `primary`, one that follows it change by change."""
+
+    def __init__(self, primary=None, administrator="kintar"):
+        self._administrator = administrator
+        self.programs = subprocess.run(
             ["pg_config", "--bindir"], check=True, capture_output=True, text=True
         ).stdout.strip()
         # A socket's whole path has to be short.
@@ -21,8 +25,12 @@ class DatabaseServer:
         os.chmod(self.folder, 0o755)
         if os.geteuid() == 0:
             shutil.chown(self.folder, UNPRIVILEGED)
-        initdb = ("-D", self._data, "-U", "kintar", "-E", "UTF8", "--locale=C", "-A", "trust")
-        subprocess.run(self._command("initdb", *initdb, "-N"), check=True, capture_output=True)
+        if primary:
+            self._run("pg_basebackup", "-D", self._data, "-h", primary.folder, "-U", administrator,
+                      "--checkpoint=fast", "--write-recovery-conf", "--no-sync")  # fmt: skip
+        else:
+            self._run("initdb", "-D", self._data, "-U", administrator, "-E", "UTF8", "--locale=C",
+                      "-A", "trust", "-N")  # fmt: skip
         self._process = None
         self.start()
 
@@ -35,15 +43,39 @@ class DatabaseServer:
         wrapper = ["setpriv", "--pdeathsig=QUIT"]
         if os.geteuid() == 0:
             wrapper += [f"--reuid={UNPRIVILEGED}", "--regid=nogroup", "--clear-groups"]
-        return wrapper + [os.path.join(self._programs, name), *arguments]
+        return wrapper + [os.path.join(self.programs, name), *arguments]
+
+    def _run(self, name, *arguments):
+        subprocess.run(self._command(name, *arguments), check=True, capture_output=True)
+
+    def make_standby(self):
+        """A server that follows this one, whose changes end from now on only when that one has them."""
+        standby = DatabaseServer(self)
+        # Not before: the standby would inherit it, and wait for a standby of its own one day.
+        self.sql("postgres", "ALTER SYSTEM SET synchronous_standby_names = '*'")
+        self.sql("postgres", "SELECT pg_reload_conf()")
+        follows = "SELECT 1 FROM pg_stat_replication WHERE sync_state = 'sync'"
+        await_true(lambda: self.sql("postgres", follows), 60, "the standby to follow")
+        return standby
+
+    def promote(self):
+        """Makes a standby take over."""
+        self.sql("postgres", "SELECT pg_promote()")
+
+    def ask_for_passwords(self):
+        """Of everybody but the administrator, from now on."""
+        with open(os.path.join(self._data, "pg_hba.conf"), "w", encoding="ascii") as rules:
+            rules.write(f"local all {self._administrator} trust\nlocal all all scram-sha-256\n")
+        self.sql("postgres", "SELECT pg_reload_conf()")
 
     def start(self):
         with open(os.path.join(self.folder, "log"), "ab") as log:
-            options = ("-k", self.folder, "-c", "listen_addresses=", "-c", "fsync=off")
+            options = ("-k", self.folder, "-c", "listen_addresses=", "-c", "fsync=off",
+                       "-c", "max_connections=200")  # fmt: skip
             self._process = subprocess.Popen(
                 self._command("postgres", "-D", self._data, *options), stdout=log, stderr=log
             )
-        ready = [os.path.join(self._programs, "pg_isready"), "-q", "-h", self.folder]
+        ready = [os.path.join(self.programs, "pg_isready"), "-q", "-h", self.folder]
         await_true(
             lambda: subprocess.run(ready).returncode == 0, 60, what="the database server to start"
         )
@@ -57,8 +89,13 @@ class DatabaseServer:
         self._end(signal.SIGINT)
 
     def kill(self):
-        """As a power cut would: nothing is finished, nobody is told."""
+        """The hard way: nothing is finished."""
         self._end(signal.SIGQUIT)
+
+    def cut_power(self):
+        """The server and its children end at once, without a last word."""
+        self._signal_all(signal.SIGKILL)
+        self._process.wait(timeout=60)
 
     def pause(self):
         """The server neither answers nor hangs up any more, as behind a dead network."""
@@ -73,7 +110,8 @@ class DatabaseServer:
             ["ps", "-o", "pid=", "--ppid", str(self._process.pid)], capture_output=True, text=True
         ).stdout.split()
         for process in [self._process.pid, *map(int, children)]:
-            os.kill(process, how)
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process, how)
 
     def make_database(self, name, copy_of="template0"):
         self.sql("postgres", f"CREATE DATABASE {name} TEMPLATE {copy_of}")
@@ -84,9 +122,9 @@ class DatabaseServer:
 
     def sql(self, database, statement):
         """Rows as lists of texts, as psql shows them to any program."""
-        program = [os.path.join(self._programs, "psql"), "-X", "-At", "-h", self.folder]
+        program = [os.path.join(self.programs, "psql"), "-X", "-At", "-h", self.folder]
         found = subprocess.run(
-            [*program, "-U", "kintar", "-d", database, "-v", "ON_ERROR_STOP=1", "-c", statement],
+            [*program, "-U", self._administrator, "-d", database, "-v", "ON_ERROR_STOP=1", "-c", statement],
             check=True,
             capture_output=True,
             text=True,
