@@ -12,6 +12,7 @@ namespace kintar::site {
 
 namespace pg = companion::postgres;
 using companion::ColumnDefinition;
+using companion::IndexDefinition;
 using companion::KeyKind;
 using companion::TableDefinition;
 
@@ -30,6 +31,25 @@ long long firstNumber(SiteStatement& query) {
 std::string ifNotThere(std::string statement) {
     constexpr std::string_view make = "CREATE INDEX ";
     return statement.insert(make.size(), "IF NOT EXISTS ");
+}
+
+/// The table's text columns that an index of it is made over.
+std::vector<std::string> textColumns(const TableDefinition& table, const IndexDefinition& index) {
+    std::vector<std::string> names;
+    for (const ColumnDefinition& column : table.columns) {
+        if ((' ' + index.columns).find(' ' + column.name + " COLLATE NOCASE") !=
+            std::string::npos) {
+            names.push_back(column.name);
+        }
+    }
+    return names;
+}
+
+/// Whether the server's limit of an index's rows is what a statement met: there is no better sign
+/// of it than the state that the error names.
+bool isRowTooLong(const SiteError& error) {
+    constexpr std::string_view programLimitExceeded = "(54000)";
+    return std::string_view(error.what()).find(programLimitExceeded) != std::string_view::npos;
 }
 
 } // namespace
@@ -83,12 +103,16 @@ bool CopyTarget::isComplete(const TableDefinition& table) {
     return firstNumber(query) > 0;
 }
 
-void CopyTarget::fill(const TableDefinition& table, const std::function<void()>& fill) {
+void CopyTarget::forget(const TableDefinition& table) {
     SiteStatement forget(database_, "DELETE FROM kintar_copy WHERE complete = ?");
+    forget.run(table.name);
+}
+
+void CopyTarget::fill(const TableDefinition& table, const std::function<void()>& fill) {
     SiteStatement remember(database_, "INSERT INTO kintar_copy VALUES (?)");
     database_.execute("BEGIN");
     try {
-        forget.run(table.name);
+        forget(table);
         database_.execute((onServer_ ? "TRUNCATE " : "DELETE FROM ") + nameOf(table));
         fill();
         remember.run(table.name);
@@ -110,11 +134,44 @@ void CopyTarget::createIndexes(const std::function<void()>& checkpoint) {
         if (!onServer_) {
             statements.erase(statements.begin());
         }
-        for (const std::string& statement : statements) {
+        for (std::size_t at = 0; at < statements.size(); ++at) {
             checkpoint();
-            database_.execute(ifNotThere(statement));
+            createIndex(table, table.indexes[at], ifNotThere(statements[at]));
         }
     }
+}
+
+void CopyTarget::createIndex(const TableDefinition& table, const IndexDefinition& index,
+                             const std::string& statement) {
+    try {
+        database_.execute(statement);
+    } catch (const SiteError& error) {
+        if (!onServer_ || !isRowTooLong(error)) {
+            throw;
+        }
+        // Once the row has been mended, the table has to be copied again.
+        forget(table);
+        throw SiteError(longestRow(table, index));
+    }
+}
+
+/// The row that an index cannot hold, by its first column. Texts count as long as they are stored:
+/// an index takes a longer one where it can be compressed.
+std::string CopyTarget::longestRow(const TableDefinition& table, const IndexDefinition& index) {
+    std::string size;
+    std::string names;
+    for (const std::string& column : textColumns(table, index)) {
+        const std::string name = companion::dialect::postgresSchemaName(column);
+        size += (size.empty() ? "" : " + ") + ("coalesce(pg_column_size(" + name + "), 0)");
+        names += (names.empty() ? "" : ", ") + column;
+    }
+    const std::string& key = table.columns.front().name;
+    SiteStatement longest(database_, "SELECT " + companion::dialect::postgresSchemaName(key) +
+                                         " FROM " + nameOf(table) + " ORDER BY " + size +
+                                         " DESC LIMIT 1");
+    longest.start();
+    return table.name + ", " + key + ' ' + std::to_string(firstNumber(longest)) +
+           ": too long for an index of the database server (about 2,600 bytes): " + names;
 }
 
 void CopyTarget::continueKeysBehind(const TableDefinition& table, long long last) {

@@ -31,6 +31,11 @@ private:
     bool isEmpty();
     bool isInterruptedCopy();
     void makeTables();
+    void forget(const companion::TableDefinition& table);
+    void createIndex(const companion::TableDefinition& table,
+                     const companion::IndexDefinition& index, const std::string& statement);
+    std::string longestRow(const companion::TableDefinition& table,
+                           const companion::IndexDefinition& index);
 
     SiteDatabase database_;
     bool onServer_;

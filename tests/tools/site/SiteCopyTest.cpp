@@ -1,6 +1,7 @@
 #include "tools/site/SiteCopy.h"
 
 #include "TestSite.h"
+#include "companion/OpenDatabase.h"
 #include "support/PrivateCluster.h"
 #include "tools/site/Interruption.h"
 #include "tools/site/SiteCheck.h"
@@ -8,6 +9,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <random>
+#include <string_view>
 
 namespace kintar::site {
 namespace {
@@ -27,6 +30,29 @@ std::string failureOf(const std::string& from, const std::string& to,
         return error.what();
     }
     return "copied";
+}
+
+/// Nothing that could be compressed much.
+std::string randomLetters(std::size_t length) {
+    std::mt19937 random(7);
+    std::string letters;
+    while (letters.size() < length) {
+        letters += static_cast<char>('!' + random() % 94);
+        if (std::string_view("'%_[]").find(letters.back()) != std::string_view::npos) {
+            letters.back() = 'q';
+        }
+    }
+    return letters;
+}
+
+std::string idsOf(const std::string& database, const std::string& criterion) {
+    const auto connection = companion::openDatabase(database, companion::DatabaseAccess::ReadOnly);
+    Recordset rows = connection->open("SELECT ID FROM Names WHERE " + criterion + " ORDER BY ID");
+    std::string ids;
+    for (; !rows.atEnd(); rows.MoveNext()) {
+        ids += rows.field(std::size_t{0}).text() + " ";
+    }
+    return ids;
 }
 
 class SiteCopy : public ::testing::Test {
@@ -137,6 +163,37 @@ TEST_F(SiteCopy, RefusesValuesThatTheirColumnsShouldNotHold) {
     EXPECT_THAT(failureOf(file, server), HasSubstr("Names, ID 7: LName holds no TEXT"));
     site.execute("UPDATE Names SET LName = 'A' WHERE ID = 7");
     EXPECT_EQ(failureOf(file, server), "copied") << "and goes on once they are mended";
+}
+
+TEST_F(SiteCopy, FindsLongNamesOnBothEngines) {
+    for (const std::size_t length : {300U, 2500U}) {
+        const std::string name = randomLetters(length);
+        site.execute("UPDATE Names SET LName = '" + name + "' WHERE ID = 7");
+        const std::string copy = PrivateCluster::shared().makeDatabase();
+        copySite(file, copy, {});
+        for (const std::string& database : {file, copy}) {
+            EXPECT_EQ(idsOf(database, "LName LIKE '" + name + "'"), "7 ");
+            EXPECT_EQ(idsOf(database, "LName LIKE '" + name.substr(0, length - 1) + "%'"), "7 ");
+            EXPECT_EQ(idsOf(database, "LName LIKE '" + name + "x%'"), "");
+        }
+        PrivateCluster::shared().dropDatabase(copy);
+    }
+}
+
+TEST_F(SiteCopy, TakesVeryLongNamesIntoAFileAndNamesThoseThatAServersIndexCannotHold) {
+    const std::string name = randomLetters(10000);
+    site.execute("UPDATE Names SET LName = 'O', FName = '" + name + "' WHERE ID = 9");
+    copySite(file, back, {});
+    EXPECT_EQ(idsOf(back, "FName LIKE '" + name.substr(0, 9999) + "%'"), "9 ");
+    // One that is longer can be compressed, and is not at fault.
+    const std::string repeated(20000, 'a');
+    site.execute("UPDATE Names SET LName = '" + repeated + "' WHERE ID = 8");
+    EXPECT_EQ(failureOf(file, server),
+              "Names, ID 9: too long for an index of the database server (about 2,600 bytes): "
+              "LName, FName");
+    site.execute("UPDATE Names SET FName = 'A' WHERE ID = 9");
+    EXPECT_EQ(failureOf(file, server), "copied") << "and goes on once it is shorter";
+    EXPECT_EQ(idsOf(server, "LName LIKE '" + repeated + "'"), "8 ");
 }
 
 TEST_F(SiteCopy, NamesTheTablesThatAreNoneOfASites) {
