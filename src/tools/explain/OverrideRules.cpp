@@ -1,6 +1,8 @@
 // Zones and scheduled overrides.
+#include "base/RunTimeError.h"
 #include "companion/RecordHelper.h"
 #include "overrides/OverrideAcceptance.h"
+#include "overrides/OverrideCommands.h"
 #include "overrides/OverrideTime.h"
 #include "overrides/ZoneArithmetic.h"
 #include "overrides/objOvrSchedule.h"
@@ -11,19 +13,14 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kintar::explain {
 namespace {
-
-bool has(const Json& input, const char* field) {
-    const auto found = input.find(field);
-    return found != input.end() && !found->is_null();
-}
 
 std::int16_t as16Bits(std::int32_t value, const char* field) {
     if (value != static_cast<std::int16_t>(value)) {
@@ -32,19 +29,19 @@ std::int16_t as16Bits(std::int32_t value, const char* field) {
     return static_cast<std::int16_t>(value);
 }
 
-std::uint16_t unitOf(const Json& value, const char* field) {
-    if (!value.is_number_integer() || value < 0 ||
-        value > std::numeric_limits<std::uint16_t>::max()) {
+std::uint16_t unitOf(std::int32_t value, const char* field) {
+    if (!std::in_range<std::uint16_t>(value)) {
         throw BadInput("'" + std::string(field) + "' holds something else than 16-bit numbers");
     }
-    return value.get<std::uint16_t>();
+    return static_cast<std::uint16_t>(value);
 }
 
 /// Eight numbers, from the year to the milliseconds.
 platform::SystemTime ruleOf(const Json& record, const char* field) {
-    const Json& list = required(record, field);
+    required(record, field);
+    const std::vector<std::int32_t> list = numbers32(record, field);
     std::array<std::uint16_t, 8> units{};
-    if (!list.is_array() || list.size() != units.size()) {
+    if (list.size() != units.size()) {
         throw BadInput("'" + std::string(field) + "' is not a list of eight numbers");
     }
     for (std::size_t i = 0; i < units.size(); ++i) {
@@ -123,12 +120,13 @@ public:
             zoneIsThere_ = boolean(input, "locationRow");
         }
         // Read before any rule runs, which would take a wrong type for an error of the database.
-        if (!input.contains("zone")) {
-            zone_ = "stated";
-        } else if (has(input, "zone")) {
+        if (has(input, "zone")) {
             zone_ = text(input, "zone");
+        } else if (!input.contains("zone") || has(input, "record")) {
+            zone_ = "stated";
         }
-        if (has(input, "useDst")) {
+        const bool asksForDaylightTime = zoneIsThere_ && zone_ && !zone_->empty();
+        if (has(input, "useDst") || (asksForDaylightTime && !input.contains("useDst"))) {
             observesDaylightTime_ = boolean(input, "useDst");
         }
     }
@@ -262,6 +260,21 @@ int sliderOf(const Json& input, const char* field) {
     return slider;
 }
 
+/// Minutes from UTC; none where the field is absent or null.
+std::int16_t offsetOf(const Json& input, const char* field) {
+    return as16Bits(number32Or(input, field, 0), field);
+}
+
+/// The command whose button a record's code selects in the editor, 0 where it has none.
+std::int32_t chosenCommand(std::int32_t code) {
+    OverrideOptions options;
+    for (const OverrideCommand command : overrideCommands) {
+        options.makeAvailable(command, true);
+    }
+    options.selectCode(code);
+    return static_cast<std::int32_t>(options.selected());
+}
+
 std::vector<AdditionalDay> daysOf(const Json& input) {
     std::vector<AdditionalDay> days;
     if (!has(input, "additionalDays")) {
@@ -296,7 +309,13 @@ void applyZone(const Json& input, Answer& answer) {
         LoadZoneInfo(information, record, name, boolean(input, "useDst"), zones.registry());
     }
     DateTime moment = dateTime(input, "moment");
-    const bool ok = ConvertTime(moment, boolean(input, "toUtc"), information);
+    const bool toUtc = boolean(input, "toUtc");
+    bool ok = false;
+    try {
+        ok = ConvertTime(moment, toUtc, information);
+    } catch (const RunTimeError&) {
+        // Behind the last year there is: not converted either.
+    }
     answer.add("moment", moment.iso()).add("ok", ok);
 }
 
@@ -311,11 +330,9 @@ void applyOverrideSave(const Json& input, Answer& answer) {
 
 void applyOverrideCorrection(const Json& input, Answer& answer) {
     OverrideTime time{dateTime(input, "date").dateOnly(), sliderOf(input, "slider")};
-    const DateTime now = dateTime(input, "now");
-    const OverrideOffsets offsets{as16Bits(number32(input, "locTimeDiff"), "locTimeDiff"),
-                                  as16Bits(number32(input, "sysTimeDiff"), "sysTimeDiff")};
+    const OverrideOffsets offsets{offsetOf(input, "locTimeDiff"), offsetOf(input, "sysTimeDiff")};
     if (boolean(input, "isAdd")) {
-        time = notInThePast(time, now, offsets);
+        time = notInThePast(time, dateTime(input, "now"), offsets);
     }
     answer.add("date", dateText(time.date))
         .add("slider", time.slider)
@@ -329,6 +346,8 @@ void applyOverrideAccept(const Json& input, Answer& answer) {
     std::vector<AdditionalDay> days = daysOf(input);
     schedule->StartDate(OverrideTime{schedule->StartDate().dateOnly(), startSlider}.moment());
     schedule->StopDate(OverrideTime{schedule->StopDate().dateOnly(), stopSlider}.moment());
+    schedule->StartCmd(chosenCommand(schedule->StartCmd()));
+    schedule->StopCmd(chosenCommand(schedule->StopCmd()));
     const OverrideVerdict verdict = validateOverride(*schedule);
     if (verdict == OverrideVerdict::Valid) {
         saveOverride(*schedule, startSlider, stopSlider, days);

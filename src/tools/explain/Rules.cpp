@@ -103,15 +103,17 @@ const std::vector<Rule>& rules() {
         {"override-accept",
          "in: the record's fields (ID, PointID, PointType, StartCmd, StartDate, StopCmd, StopDate, "
          "Opr, OprID, Status, IsAdd), startSlider, stopSlider, additionalDays (start, stop), zone, "
-         "useDst, locationRow; out: outcome (ok, dates, command), statements",
+         "useDst, record, locationRow (false: the point has no location); out: outcome (ok, dates, "
+         "command), statements",
          applyOverrideAccept},
         {"override-correction",
-         "in: isAdd, now, locTimeDiff, sysTimeDiff, date, slider (0 to 95); out: date, slider, "
-         "moment",
+         "in: isAdd, now, locTimeDiff, sysTimeDiff (0 where left out), date, slider (0 to 95); "
+         "out: "
+         "date, slider, moment",
          applyOverrideCorrection},
         {"override-save",
-         "in: the record's fields, zone (absent: the point has no location), useDst, record; out: "
-         "sql (null: none was run), result, after",
+         "in: the record's fields, zone (absent: the point has no location; null: Null in the "
+         "database), useDst, record (as in zone); out: sql (null: none was run), result, after",
          applyOverrideSave},
         {"selection",
          "in: today, locGrp, groupLocs, companyFilter and the criteria (lastName, firstName, "
@@ -167,6 +169,11 @@ std::string answerLine(const Rule& rule, std::string_view line) {
     }
 }
 
+bool has(const Json& input, const char* field) {
+    const auto found = input.find(field);
+    return found != input.end() && !found->is_null();
+}
+
 const Json& required(const Json& input, const char* field) {
     const auto found = input.find(field);
     if (found == input.end()) {
@@ -184,8 +191,7 @@ std::string text(const Json& input, const char* field) {
 }
 
 std::string textOrEmpty(const Json& input, const char* field) {
-    const auto found = input.find(field);
-    return found == input.end() || found->is_null() ? std::string() : text(input, field);
+    return has(input, field) ? text(input, field) : std::string();
 }
 
 std::string textOrNumber(const Json& input, const char* field) {
@@ -195,21 +201,22 @@ std::string textOrNumber(const Json& input, const char* field) {
 }
 
 bool booleanOrFalse(const Json& input, const char* field) {
-    const auto found = input.find(field);
-    return found != input.end() && !found->is_null() && boolean(input, field);
+    return has(input, field) && boolean(input, field);
 }
 
 bool boolean(const Json& input, const char* field) {
     const Json& value = required(input, field);
-    if (!value.is_boolean()) {
+    if (value.is_boolean()) {
+        return value.get<bool>();
+    }
+    if (value != 0 && value != 1 && value != -1) { // as databases hold it
         throw wrong(field, "true or false");
     }
-    return value.get<bool>();
+    return value != 0;
 }
 
 std::int32_t number32Or(const Json& input, const char* field, std::int32_t otherwise) {
-    const auto found = input.find(field);
-    return found == input.end() || found->is_null() ? otherwise : number32(input, field);
+    return has(input, field) ? number32(input, field) : otherwise;
 }
 
 std::int32_t number32(const Json& input, const char* field) {

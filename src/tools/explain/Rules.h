@@ -50,6 +50,9 @@ std::string answerLine(const Rule& rule, std::string_view line);
 /// A value as JSON text; bytes that are no UTF-8 become U+FFFD.
 std::string jsonText(const Json& value);
 
+/// Whether the field is there and not null.
+bool has(const Json& input, const char* field);
+
 // Reading fields; all throw BadInput naming the field.
 const Json& required(const Json& input, const char* field);
 std::string text(const Json& input, const char* field);
@@ -57,6 +60,7 @@ std::string text(const Json& input, const char* field);
 std::string textOrEmpty(const Json& input, const char* field);
 /// As `textOrEmpty`; a whole number is taken as its digits.
 std::string textOrNumber(const Json& input, const char* field);
+/// true or false, or a database's 0, 1 and -1.
 bool boolean(const Json& input, const char* field);
 /// False where the field is absent or null.
 bool booleanOrFalse(const Json& input, const char* field);

@@ -50,6 +50,15 @@ TEST(ExplainZone, AFailedConversionLeavesTheMoment) {
     EXPECT_EQ(answer["ok"], false);
 }
 
+TEST(ExplainZone, AMomentOutsideTheYearsOfTheConversionStays) {
+    for (const std::string moment : {"9999-12-31T23:00:00", "1600-12-31T12:00:00"}) {
+        const Json answer = ask("zone", R"json({"useDst":true,"toUtc":true,"moment":")json" +
+                                            moment + "\"," + centralRecord + "}");
+        EXPECT_EQ(answer["moment"], moment);
+        EXPECT_EQ(answer["ok"], false);
+    }
+}
+
 TEST(ExplainZone, AnUnknownZoneIsUtc) {
     const Json answer = ask("zone", R"json({"zone":"Atlantis","useDst":true,"toUtc":true,
         "moment":"2012-03-11T08:00:00"})json");
@@ -111,8 +120,39 @@ TEST(ExplainOverrideSave, AZoneOrFlagOfAnotherTypeIsAnError) {
         ask("override-save", "{" + newRecord + R"json(,"zone":5,"useDst":true})json")["error"],
         "'zone' is not a text");
     EXPECT_EQ(
-        ask("override-save", "{" + newRecord + R"json(,"zone":"UTC","useDst":1})json")["error"],
+        ask("override-save", "{" + newRecord + R"json(,"zone":"UTC","useDst":"yes"})json")["error"],
         "'useDst' is not true or false");
+}
+
+TEST(ExplainOverrideSave, AZoneNeedsItsFlag) {
+    for (const std::string& zone : {std::string(R"json("zone":"UTC")json"), centralRecord}) {
+        EXPECT_EQ(ask("override-save", "{" + newRecord + "," + zone + "}")["error"],
+                  "'useDst' is missing");
+    }
+    EXPECT_EQ(ask("override-save", "{" + newRecord + R"json(,"zone":""})json")["result"], true);
+    EXPECT_EQ(ask("override-accept", "{" + newRecord + R"json(,"zone":"UTC","locationRow":false,
+        "startSlider":48,"stopSlider":52})json")["outcome"],
+              "ok");
+    EXPECT_EQ(
+        ask("override-save", "{" + newRecord + R"json(,"zone":"UTC","useDst":null})json")["result"],
+        false)
+        << "a flag that is Null in the database";
+}
+
+TEST(ExplainOverrideSave, AStatedRecordNeedsNoName) {
+    EXPECT_EQ(ask("override-save", "{" + newRecord + R"json(,"zone":null,"useDst":true,)json" +
+                                       centralRecord + "}")["after"]["StartDate"],
+              "2012-07-04T17:00:00");
+}
+
+TEST(ExplainOverrideSave, ADateBehindTheLastYearRunsNoStatement) {
+    const Json answer = ask("override-save", R"json({"ID":1,"StartDate":"2012-07-04T12:00:00",
+        "StopDate":"9999-12-31T23:00:00","useDst":true,)json" +
+                                                 centralRecord + "}");
+    EXPECT_TRUE(answer["sql"].is_null());
+    EXPECT_EQ(answer["result"], false);
+    EXPECT_EQ(answer["after"]["StartDate"], "2012-07-04T17:00:00");
+    EXPECT_EQ(answer["after"]["StopDate"], "9999-12-31T23:00:00");
 }
 
 TEST(ExplainOverrideCorrection, MovesANewScheduleOutOfThePast) {
@@ -128,6 +168,15 @@ TEST(ExplainOverrideCorrection, LeavesAnExistingSchedule) {
         "now":"2012-03-14T23:50:00","locTimeDiff":0,"sysTimeDiff":0,"date":"2001-03-14",
         "slider":3})json");
     EXPECT_EQ(answer["moment"], "2001-03-14T00:45:00");
+}
+
+TEST(ExplainOverrideCorrection, NeedsNoClockForAnExistingScheduleAndNoOffsetsAtAll) {
+    EXPECT_EQ(ask("override-correction",
+                  R"json({"isAdd":false,"date":"2001-03-14","slider":3})json")["moment"],
+              "2001-03-14T00:45:00");
+    EXPECT_EQ(ask("override-correction", R"json({"isAdd":true,"now":"2012-03-14T09:59:58",
+        "locTimeDiff":null,"date":"2012-03-14","slider":40})json")["slider"],
+              40);
 }
 
 TEST(ExplainOverrideCorrection, ASliderOutsideADayIsAnError) {
@@ -165,6 +214,21 @@ TEST(ExplainOverrideAccept, TellsWhatIsWrong) {
         "stopSlider":52})json");
     EXPECT_EQ(answer["outcome"], "command");
     EXPECT_TRUE(answer["statements"].empty());
+}
+
+TEST(ExplainOverrideAccept, ACodeWithoutAButtonIsNoCommand) {
+    const auto outcome = [](const std::string& start, const std::string& stop) {
+        return ask("override-accept", R"json({"StartDate":"2012-07-04","StopDate":"2012-07-04",
+            "startSlider":48,"stopSlider":52,"StartCmd":)json" +
+                                          start + ",\"StopCmd\":" + stop + "}")["outcome"];
+    };
+    for (const char* code : {"0", "6", "-1", "2147483647"}) {
+        EXPECT_EQ(outcome(code, "3"), "command") << code;
+        EXPECT_EQ(outcome("1", code), "command") << code;
+    }
+    for (const char* code : {"1", "2", "3", "4", "5"}) {
+        EXPECT_EQ(outcome(code, code), "ok") << code;
+    }
 }
 
 TEST(ExplainOverrideAccept, WithoutALocationTheDatesStay) {

@@ -151,6 +151,19 @@ TEST(Explain, ACardWithoutANumberWritesNothing) {
     EXPECT_EQ(answer["stopDate"], "2012-03-14T17:05:00");
 }
 
+TEST(Explain, TrueAndFalseMayBeWrittenAsInADatabase) {
+    const auto converted = [](const std::string& flag) {
+        return ask("zone", R"json({"zone":"UTC","useDst":true,"moment":"2012-03-11","toUtc":)json" +
+                               flag + "}");
+    };
+    for (const char* flag : {"true", "false", "0", "1", "-1"}) {
+        EXPECT_EQ(converted(flag)["ok"], true) << flag;
+    }
+    for (const char* flag : {"2", "0.5", "\"true\"", "[]", "null"}) {
+        EXPECT_EQ(converted(flag)["error"], "'toUtc' is not true or false") << flag;
+    }
+}
+
 TEST(Explain, AnswersTheDialectOrWhereItWentWrong) {
     const Json answer = ask("dialect", R"json({"id":1,"engine":"sqlite",
         "sql":"SELECT FileName FROM Images WHERE NameID = 17 AND ImgType = 2"})json");
