@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,6 +46,33 @@ bool isTrue(const Json& value) {
     return value.is_boolean() ? value.get<bool>() : value.is_number() && value != 0;
 }
 
+/// A row's value as the one field of an object; an empty object where it is null.
+Json fieldOf(const Json& row, const char* column) {
+    const Json& value = cell(row, column);
+    return value.is_null() ? Json::object() : Json{{column, value}};
+}
+
+/// Rows by a column that refers to other rows, in the order of the table. A row whose column is
+/// null belongs to none.
+using RowsByKey = std::map<std::int32_t, std::vector<Json>>;
+
+RowsByKey rowsBy(const char* column, const std::vector<Json>& rows) {
+    RowsByKey sorted;
+    for (const Json& row : rows) {
+        const Json key = fieldOf(row, column);
+        if (has(key, column)) {
+            sorted[number32(key, column)].push_back(row);
+        }
+    }
+    return sorted;
+}
+
+const std::vector<Json>& rowsOf(const RowsByKey& sorted, const Json& key, const char* column) {
+    static const std::vector<Json> none;
+    const auto found = has(key, column) ? sorted.find(number32(key, column)) : sorted.end();
+    return found == sorted.end() ? none : found->second;
+}
+
 std::vector<Json> tableRows(const Json& input, const char* table) {
     const auto tables = input.find("tables");
     if (tables == input.end() || !tables->is_object()) {
@@ -59,27 +88,18 @@ std::vector<Json> tableRows(const Json& input, const char* table) {
 
 /// A row that the statement of the states gives, and what it is ordered by.
 struct StateRow {
-    std::optional<std::string> lastDate; ///< as the database holds it
+    std::optional<DateTime> lastDate;
     board::LastUse use;
 };
 
-std::optional<std::string> databaseDate(const Json& value) {
-    if (!value.is_string()) {
-        return std::nullopt;
-    }
-    const std::string text = value.get<std::string>();
-    const std::optional<DateTime> moment = DateTime::fromIso(text);
-    return moment ? moment->isoWithBlank() : text;
-}
-
 StateRow stateRow(const Json& locCard, const LocaleFormats& formats) {
     StateRow row;
-    row.lastDate = databaseDate(cell(locCard, "LastDate"));
     row.use.loc = cellText(locCard, "Loc");
     row.use.lastDev = cellText(locCard, "LastDev");
-    if (row.lastDate) {
-        const std::optional<DateTime> moment = DateTime::fromIso(*row.lastDate);
-        row.use.lastDate = moment ? formats.formatGeneralDate(*moment) : *row.lastDate;
+    const Json lastDate = fieldOf(locCard, "LastDate");
+    if (has(lastDate, "LastDate")) {
+        row.lastDate = dateTime(lastDate, "LastDate");
+        row.use.lastDate = formats.formatGeneralDate(*row.lastDate);
     }
     row.use.inOut = cellText(locCard, "Inout1") + "  " + cellText(locCard, "Inout2") + "  " +
                     cellText(locCard, "Inout3") + "  " + cellText(locCard, "Inout4");
@@ -90,14 +110,15 @@ StateRow stateRow(const Json& locCard, const LocaleFormats& formats) {
 class States {
 public:
     explicit States(const Json& input)
-        : cards_(tableRows(input, "Cards")), locCards_(tableRows(input, "LocCards")),
+        : cards_(rowsBy("NameID", tableRows(input, "Cards"))),
+          locCards_(rowsBy("CardID", tableRows(input, "LocCards"))),
           formats_(locale(input, "locale")) {}
 
     /// The most recent use of an active card, in the order of the tables where two are equal.
-    [[nodiscard]] std::optional<board::LastUse> lastUse(std::int32_t nameId) const {
+    [[nodiscard]] std::optional<board::LastUse> lastUse(const Json& name) const {
         std::optional<StateRow> latest;
-        for (const Json& card : cards_) {
-            if (cell(card, "NameID") == nameId && isTrue(cell(card, "Status"))) {
+        for (const Json& card : rowsOf(cards_, name, "ID")) {
+            if (isTrue(cell(card, "Status"))) {
                 takeUses(card, latest);
             }
         }
@@ -106,14 +127,11 @@ public:
 
 private:
     void takeUses(const Json& card, std::optional<StateRow>& latest) const {
-        bool used = false;
-        for (const Json& locCard : locCards_) {
-            if (cell(locCard, "CardID") == cell(card, "ID")) {
-                used = true;
-                takeLater(stateRow(locCard, formats_), latest);
-            }
+        const std::vector<Json>& uses = rowsOf(locCards_, fieldOf(card, "ID"), "ID");
+        for (const Json& locCard : uses) {
+            takeLater(stateRow(locCard, formats_), latest);
         }
-        if (!used) {
+        if (uses.empty()) {
             takeLater(stateRow(Json::object(), formats_), latest);
         }
     }
@@ -123,8 +141,8 @@ private:
         }
     }
 
-    std::vector<Json> cards_;
-    std::vector<Json> locCards_;
+    RowsByKey cards_;
+    RowsByKey locCards_;
     LocaleFormats formats_;
 };
 
@@ -135,9 +153,10 @@ void applyInOut(const Json& input, Answer& answer) {
     board::Board board;
     Json items = Json::array();
     for (const Json& row : objects(input, "names")) {
-        const std::int32_t id = number32(row, "ID");
-        const std::string name = textOrEmpty(row, "Name");
-        const board::HolderState state = board::stateOf(states.lastUse(id));
+        const Json key = fieldOf(row, "ID");
+        const std::int32_t id = number32(key, "ID");
+        const std::string name = textOrEmpty(fieldOf(row, "Name"), "Name");
+        const board::HolderState state = board::stateOf(states.lastUse(key));
         board.add(id, name);
         board.setIcon(board.size() - 1, state.icon);
         items.push_back({{"ID", id},

@@ -11,7 +11,8 @@ namespace {
 
 namespace sqlite = companion::sqlite;
 
-void bindValue(sqlite3_stmt* statement, int position, ColumnType type, const Json& value) {
+void bindValue(sqlite3_stmt* statement, int position, const std::string& column, ColumnType type,
+               const Json& value) {
     if (value.is_boolean()) {
         sqlite3_bind_int64(statement, position, value.get<bool>() ? -1 : 0);
     } else if (value.is_number_integer()) {
@@ -21,9 +22,7 @@ void bindValue(sqlite3_stmt* statement, int position, ColumnType type, const Jso
     } else if (value.is_string()) {
         std::string text = value.get<std::string>();
         if (type == ColumnType::DateTime) {
-            if (const auto moment = DateTime::fromIso(text)) {
-                text = moment->isoWithBlank();
-            }
+            text = dateTime(Json{{column, value}}, column.c_str()).isoWithBlank();
         }
         sqlite3_bind_text64(statement, position, text.data(), text.size(), SQLITE_TRANSIENT,
                             SQLITE_UTF8);
@@ -93,7 +92,7 @@ void TableDatabase::insert(const companion::TableDefinition& table, const Json& 
     int position = 0;
     for (const auto& [name, value] : row.items()) {
         const ColumnType type = table.columns[*companion::findColumn(table, name)].type;
-        bindValue(statement.get(), ++position, type, value);
+        bindValue(statement.get(), ++position, name, type, value);
     }
     const int code = sqlite3_step(statement.get());
     if (code != SQLITE_DONE) {

@@ -209,8 +209,7 @@ Json outcomeOf(const reports::InRptBuild& build, const reports::InRptState& stat
 
 Json buildOnce(Workshop& shop, const Json& input, reports::InRptState& state) {
     const SetClock clock(dateTime(input, "now"));
-    const bool hasMap = input.contains("map") && !input["map"].is_null();
-    MapAlone files(hasMap ? std::optional(text(input, "map")) : std::nullopt);
+    MapAlone files(has(input, "map") ? std::optional(text(input, "map")) : std::nullopt);
     ListeningRecord record;
     std::string failure;
     reports::InRptBuild build({record, shop.site.connection(), shop.reports, files, clock, "/",
@@ -229,7 +228,7 @@ Json buildOnce(Workshop& shop, const Json& input, reports::InRptState& state) {
 
 void applyWhoIsIn(const Json& input, Answer& answer) {
     static Workshop shop;
-    const std::int32_t builds = input.contains("builds") ? number32(input, "builds") : 1;
+    const std::int32_t builds = number32Or(input, "builds", 1);
     if (builds < 1 || builds > mostBuilds) {
         throw BadInput("'builds' is not a number from 1 to 100");
     }

@@ -42,6 +42,38 @@ TEST(InOutRule, AnUnknownDateCountsAsTheOldest) {
     EXPECT_EQ(answer["items"][0]["lastDate"], "3/14/2012");
 }
 
+TEST(InOutRule, WhereTwoUsesAreEqualTheFirstCounts) {
+    const Json answer =
+        answered(std::string(start) +
+                 R"("tables":{"Cards":[{"ID":6,"NameID":1,"Status":1},{"ID":5,"NameID":1,)"
+                 R"("Status":1}],"LocCards":[{"CardID":5,"Loc":11,"LastDate":"2012-03-14"},)"
+                 R"({"CardID":6,"Loc":12,"LastDate":"2012-03-14T00:00:00"},)"
+                 R"({"CardID":6,"Loc":13,"LastDate":"2012-03-14"}]}})");
+    EXPECT_EQ(answer["items"][0]["lastLoc"], 12);
+}
+
+TEST(InOutRule, RowsAreJoinedByNumberAndNeverByNull) {
+    const Json answer =
+        answered(R"({"names":[{"id":1,"NAME":"Ash"}],"tables":{"Cards":[{"NameID":1,"Status":1},)"
+                 R"({"NameID":null,"Status":1}],"LocCards":[{"Loc":11,"Inout1":"I"},)"
+                 R"({"CardID":null,"Loc":12,"Inout1":"I"}]}})");
+    EXPECT_EQ(answer["items"][0]["sort"], "2Ash");
+    EXPECT_EQ(answer["items"][0]["lastLoc"], 0);
+    EXPECT_EQ(answer["items"][0]["icon"], 2);
+}
+
+TEST(InOutRule, WhatIsNoDateIsAnError) {
+    for (const char* date : {"\"14.3.2012\"", "\"2012-03-14T17:05\"", "5", "\"\""}) {
+        EXPECT_TRUE(answered(std::string(start) +
+                             R"("tables":{"Cards":[{"ID":5,"NameID":1,"Status":1}],)"
+                             R"("LocCards":[{"CardID":5,"LastDate":)" +
+                             date + "}]}}")["error"]
+                        .get<std::string>()
+                        .starts_with("'LastDate' is not"))
+            << date;
+    }
+}
+
 TEST(InOutRule, ASecondNameWithTheSameIdIsAnError) {
     const Json answer =
         answered(R"({"id":3,"names":[{"ID":1,"Name":"a"},{"ID":1,"Name":"b"}],"tables":{}})");

@@ -58,6 +58,13 @@ TEST(WhoIsInRule, RefusesWhatItCannotRead) {
     EXPECT_THAT(answerTo(line(R"("builds":0,)")), HasSubstr("'builds'"));
     EXPECT_THAT(answerTo(R"({"loc":31,"now":"2012-03-14","tables":{"Loc":[{"Nothing":1}]}})"),
                 HasSubstr("'Nothing' is no column of 'Loc'"));
+    EXPECT_THAT(answerTo(R"({"loc":31,"now":"2012-03-14",)"
+                         R"("tables":{"LocCards":[{"LastDate":"2012-03-14T17:05"}]}})"),
+                HasSubstr("'LastDate' is not a date"));
+}
+
+TEST(WhoIsInRule, BuildsOnceWhereNothingIsSaid) {
+    EXPECT_EQ(answerTo(line(R"("builds":null,"map":null,)")), answerTo(line("")));
 }
 
 } // namespace
