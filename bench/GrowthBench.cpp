@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -33,13 +34,16 @@ constexpr int boardHolders = 1000;
 
 struct Plan {
     std::vector<int> sizes{1000, 10000};
-    std::vector<int> workstations{1, 10};
-    int seconds = 10;     ///< how long events are counted
-    int lastSeconds = 20; ///< the same at the last size
+    std::vector<int> workstations{50}; ///< besides one
+    std::chrono::seconds alone{20};    ///< how long one workstation's events are counted
+    std::chrono::seconds together{10}; ///< the same of several
 };
 
 Plan wholePlan() {
-    return {{1000, 10000, 100000, 1000000}, {1, 10, 50}, 20, 60};
+    return {{1000, 10000, 100000, 1000000},
+            {10, 50},
+            std::chrono::seconds(60),
+            std::chrono::seconds(30)};
 }
 
 double percentile(std::vector<double> seconds, double share) {
@@ -48,95 +52,160 @@ double percentile(std::vector<double> seconds, double share) {
     return seconds.at(static_cast<std::size_t>(std::max(place, 0.0)));
 }
 
-/// One site, measured with more and more workstations.
-class Measurement {
+/// A kind of work whose time a workstation tells.
+struct Work {
+    const char* what;
+    std::string line; ///< what the workstation is asked for
+    int rounds;
+    int found = 0; ///< how many names a search has to find; 0: any number
+};
+
+const std::vector<Work>& commonWork() {
+    static const std::vector<Work> all{
+        {rareSearch, std::string("search ") + GrowthSite::rareBeginning, 15, GrowthSite::rareNames},
+        {sharedSearch, "search mar", 9},
+        {fullName, "search Okafor Daniel", 15},
+        {board, "refresh", 7},
+        {report, "report", 3}};
+    return all;
+}
+
+/// A site, and the workstations that use it.
+class UsedSite {
 public:
-    Measurement(Figures& figures, Engine engine, int names, testing::PrivateCluster* server)
-        : figures_(figures), engine_(nameOf(engine)), names_(names), site_(engine, names, server),
-          stations_(site_.path(), names) {}
+    UsedSite(Engine engine, int names, testing::PrivateCluster* server)
+        : names_(names), site_(engine, names, server), stations_(site_.path(), names) {}
 
-    void with(int workstations, int seconds) {
-        workstations_ = workstations;
-        stations_.become(workstations, smallBoard());
-        countEvents(seconds);
-        stations_.work(1);
-        measureSearches();
-        measure(board, workstations == 1 ? 9 : 5, "refresh");
-        measure(report, names_ >= 1000000 ? 1 : 3, "report");
-        stations_.stop(1);
-        if (workstations == 1) {
-            stations_.first().ask("board");
-            measure(wholeBoard, names_ >= 1000000 ? 1 : 3, "refresh");
-            stations_.first().ask(smallBoard());
-        }
-    }
+    [[nodiscard]] int names() const { return names_; }
+    SimulatedWorkstations& stations() { return stations_; }
+    SimulatedWorkstation& first() { return stations_.first(); }
 
-private:
+    void setWorkstations(int count) { stations_.become(count, smallBoard()); }
+
     [[nodiscard]] std::string smallBoard() const {
         return "board " + std::to_string(names_ / boardHolders) + " " +
                std::to_string(boardHolders);
     }
 
-    void countEvents(int seconds) {
-        stations_.first().ask("events 20");
-        stations_.work(0);
-        std::this_thread::sleep_for(std::chrono::seconds(seconds));
-        const std::vector<double> events = stations_.stop(0);
-        add(eventMedian, percentile(events, 0.5), events.size());
-        add(event95, percentile(events, 0.95), events.size());
-    }
-
-    void measureSearches() {
-        const double found =
-            measure(rareSearch, 15, std::string("search ") + GrowthSite::rareBeginning);
-        if (found != GrowthSite::rareNames) {
-            throw std::runtime_error("the search found other names");
+    /// The first workstation does it once.
+    double time(const Work& work) {
+        const std::vector<double> answer = first().ask(work.line);
+        if (work.found > 0 && static_cast<int>(answer.at(1)) != work.found) {
+            throw std::runtime_error("a search found other names");
         }
-        measure(sharedSearch, 9, "search mar");
-        measure(fullName, 15, "search Okafor Daniel");
+        return answer.at(0);
     }
 
-    /// The median of some rounds after a warm-up; what the last answer says besides.
-    double measure(const char* what, int rounds, const std::string& line) {
-        stations_.first().ask(line);
-        std::vector<double> seconds;
-        std::vector<double> answer;
-        for (int round = 0; round < rounds; ++round) {
-            answer = stations_.first().ask(line);
-            seconds.push_back(answer.at(0));
-        }
-        add(what, median(seconds), seconds.size());
-        return answer.back();
-    }
-
-    void add(const char* what, double seconds, std::size_t times) {
-        figures_.add({engine_, what, workstations_, names_, seconds, static_cast<int>(times)});
-    }
-
-    Figures& figures_;
-    std::string engine_;
+private:
     int names_;
-    int workstations_ = 0;
     GrowthSite site_;
     SimulatedWorkstations stations_;
 };
 
-void measureEngine(Figures& figures, const Plan& plan, Engine engine,
-                   testing::PrivateCluster* server, const std::string& path) {
-    for (const int names : plan.sizes) {
-        Measurement measurement(figures, engine, names, server);
-        for (const int workstations : plan.workstations) {
-            // The embedded engine serves one workstation.
-            if (workstations == 1 || engine == Engine::Postgres) {
-                measurement.with(workstations,
-                                 names == plan.sizes.back() ? plan.lastSeconds : plan.seconds);
-            }
-        }
-        if (!path.empty()) {
-            figures.write(path);
+/// The sites of all sizes on an engine.
+class EngineMeasurement {
+public:
+    EngineMeasurement(Figures& figures, const Plan& plan, Engine engine,
+                      testing::PrivateCluster* server)
+        : figures_(figures), plan_(plan), engine_(nameOf(engine)) {
+        for (const int names : plan.sizes) {
+            sites_.push_back(std::make_unique<UsedSite>(engine, names, server));
         }
     }
-}
+
+    /// One workstation on each site: in turn, so that a slow moment of the machine is all sizes'.
+    void alone() {
+        for (const auto& site : sites_) {
+            site->setWorkstations(1);
+        }
+        countEventsAlone();
+        for (const Work& work : commonWork()) {
+            measureInTurn(work);
+        }
+        for (const auto& site : sites_) {
+            site->first().ask("board");
+        }
+        measureInTurn({wholeBoard, "refresh", 3});
+        for (const auto& site : sites_) {
+            site->first().ask(site->smallBoard());
+        }
+    }
+
+    /// More and more workstations on each site, one site after the other.
+    void together() {
+        for (const auto& site : sites_) {
+            for (const int workstations : plan_.workstations) {
+                site->setWorkstations(workstations);
+                countEvents(*site, workstations);
+                measureBesideOthers(*site, workstations);
+            }
+            site->stations().keepOne();
+        }
+    }
+
+private:
+    /// In the same seconds, at moments that lie apart.
+    void countEventsAlone() {
+        double part = 0;
+        for (const auto& site : sites_) {
+            site->first().ask("events 20");
+            site->first().ask("work " + std::to_string(part));
+            part += 1.0 / static_cast<double>(sites_.size());
+        }
+        std::this_thread::sleep_for(plan_.alone);
+        for (const auto& site : sites_) {
+            addEvents(1, site->names(), site->first().ask("stop"));
+        }
+    }
+
+    void countEvents(UsedSite& site, int workstations) {
+        site.stations().work(0);
+        std::this_thread::sleep_for(plan_.together);
+        addEvents(workstations, site.names(), site.stations().stop(0));
+    }
+
+    void measureBesideOthers(UsedSite& site, int workstations) {
+        site.stations().work(1);
+        for (const Work& work : commonWork()) {
+            std::vector<double> seconds;
+            site.time(work);
+            for (int round = 0; round < work.rounds; ++round) {
+                seconds.push_back(site.time(work));
+            }
+            add(work.what, workstations, site.names(), median(seconds), seconds.size());
+        }
+        site.stations().stop(1);
+    }
+
+    void measureInTurn(const Work& work) {
+        std::vector<std::vector<double>> seconds(sites_.size());
+        for (int round = 0; round <= work.rounds; ++round) {
+            for (std::size_t i = 0; i < sites_.size(); ++i) {
+                const double once = sites_[i]->time(work);
+                if (round > 0) { // the first warms up
+                    seconds[i].push_back(once);
+                }
+            }
+        }
+        for (std::size_t i = 0; i < sites_.size(); ++i) {
+            add(work.what, 1, sites_[i]->names(), median(seconds[i]), seconds[i].size());
+        }
+    }
+
+    void addEvents(int workstations, int names, const std::vector<double>& seconds) {
+        add(eventMedian, workstations, names, percentile(seconds, 0.5), seconds.size());
+        add(event95, workstations, names, percentile(seconds, 0.95), seconds.size());
+    }
+
+    void add(const char* what, int workstations, int names, double seconds, std::size_t times) {
+        figures_.add({engine_, what, workstations, names, seconds, static_cast<int>(times)});
+    }
+
+    Figures& figures_;
+    const Plan& plan_;
+    std::string engine_;
+    std::vector<std::unique_ptr<UsedSite>> sites_;
+};
 
 void printRatio(const std::string& what, const Figure* measured, const Figure* limit, double aim) {
     if (measured == nullptr || limit == nullptr) {
@@ -172,11 +241,16 @@ void printRows(const Figures& figures, const Plan& plan) {
 
 void measure(const Plan& plan, const std::string& path) {
     Figures figures;
-    measureEngine(figures, plan, Engine::Sqlite, nullptr, path);
+    EngineMeasurement(figures, plan, Engine::Sqlite, nullptr).alone();
     testing::PrivateCluster server({"max_connections=600", "shared_buffers=2GB"});
-    measureEngine(figures, plan, Engine::Postgres, &server, path);
+    EngineMeasurement onServer(figures, plan, Engine::Postgres, &server);
+    onServer.alone();
+    onServer.together();
     figures.printTables();
     printRows(figures, plan);
+    if (!path.empty()) {
+        figures.write(path);
+    }
 }
 
 } // namespace

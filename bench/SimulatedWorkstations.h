@@ -86,6 +86,13 @@ public:
         }
     }
 
+    /// Ends all but the first.
+    void keepOne() {
+        while (all_.size() > 1) {
+            all_.pop_back();
+        }
+    }
+
     SimulatedWorkstation& first() { return *all_.front(); }
 
     /// Sets those from `from` on to work, their moments spread evenly over the second and minute.
