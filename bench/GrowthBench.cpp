@@ -22,14 +22,14 @@ namespace {
 using namespace kintar;
 using namespace kintar::bench;
 
-constexpr const char* rareSearch = "three letters, 100 names found";
-constexpr const char* sharedSearch = "three letters, 0.6 % of the names found";
+constexpr const char* rareSearch = "three letters, 100 found";
+constexpr const char* sharedSearch = "three letters, 0.6 % found";
 constexpr const char* fullName = "full name";
 constexpr const char* board = "board of 1000 holders";
 constexpr const char* wholeBoard = "board of all names";
 constexpr const char* report = "who-is-in report";
-constexpr const char* eventMedian = "event to photo, median";
-constexpr const char* event95 = "event to photo, 95th percentile";
+constexpr const char* eventMedian = "event to photo";
+constexpr const char* event95 = "event to photo, 95 %";
 constexpr int boardHolders = 1000;
 
 struct Plan {
@@ -225,16 +225,15 @@ void printRows(const Figures& figures, const Plan& plan) {
     for (const Engine engine : {Engine::Sqlite, Engine::Postgres}) {
         const std::string name = nameOf(engine);
         for (const char* what : {rareSearch, fullName, eventMedian, event95}) {
-            printRatio(name + ": " + what + ", ten times the names",
-                       figures.find(name, what, 1, last), figures.find(name, what, 1, before), 1.3);
+            printRatio(name + ", ten times the names: " + what, figures.find(name, what, 1, last),
+                       figures.find(name, what, 1, before), 1.3);
         }
         for (const char* what : {wholeBoard, report}) {
-            printRatio(name + ": " + what + ", ten times the names",
-                       figures.find(name, what, 1, last), figures.find(name, what, 1, before),
-                       static_cast<double>(last) / before);
+            printRatio(name + ", ten times the names: " + what, figures.find(name, what, 1, last),
+                       figures.find(name, what, 1, before), static_cast<double>(last) / before);
         }
     }
-    printRatio("PostgreSQL: " + std::to_string(most) + " workstations / one, " + event95,
+    printRatio("PostgreSQL, " + std::to_string(most) + " workstations / one: " + event95,
                figures.find("PostgreSQL", event95, most, last),
                figures.find("PostgreSQL", event95, 1, last), 2.0);
 }
