@@ -24,6 +24,10 @@ bool sameName(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, [](char x, char y) { return upper(x) == upper(y); });
 }
 
+bool NameOrder::operator()(std::string_view a, std::string_view b) const {
+    return std::ranges::lexicographical_compare(a, b, {}, upper, upper);
+}
+
 bool isReserved(std::string_view word) {
     return std::ranges::any_of(reservedWords,
                                [&](std::string_view known) { return sameName(known, word); });

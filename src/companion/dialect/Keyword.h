@@ -8,6 +8,11 @@ namespace kintar::companion::dialect {
 /// Same letters without regard to case; ASCII, as all keywords and table names compare.
 bool sameName(std::string_view a, std::string_view b);
 
+/// An order in which the same names are equal.
+struct NameOrder {
+    bool operator()(std::string_view a, std::string_view b) const;
+};
+
 /// A word that cannot be a name unless it stands in brackets.
 bool isReserved(std::string_view word);
 

@@ -5,6 +5,7 @@
 #include "companion/dialect/Types.h"
 
 #include <algorithm>
+#include <map>
 
 namespace kintar::companion::dialect {
 
@@ -275,11 +276,13 @@ void Resolver::nameColumns(Select& select) const {
         select.columns.push_back({std::move(name), item.expression->type});
     }
     const std::vector<Column> names = select.columns;
+    std::map<std::string_view, std::size_t, NameOrder> uses;
+    for (const Column& column : names) {
+        ++uses[column.name];
+    }
     for (std::size_t at = 0; at < select.columns.size(); ++at) {
         const ColumnName* column = asColumn(*select.items[at].expression);
-        const auto same = std::ranges::count_if(
-            names, [&](const Column& other) { return sameName(other.name, names[at].name); });
-        if (same > 1 && column != nullptr && select.items[at].alias.empty()) {
+        if (uses.at(names[at].name) > 1 && column != nullptr && select.items[at].alias.empty()) {
             select.columns[at].name = column->source->shownName() + "." + names[at].name;
         }
     }

@@ -100,6 +100,22 @@ TEST(MutatedStatements, AreStatementsOrErrorsOfOurs) {
     EXPECT_GT(broken, 1000);
 }
 
+TEST(ManyColumns, OfOneNameAreToldApart) {
+    std::string sql = "SELECT Code AS Known, Cards.ID, LocCards.id";
+    for (int i = 0; i < 10000; ++i) {
+        sql += ", Loc";
+    }
+    const std::vector<Column> columns =
+        explainDialect(sql + " FROM Cards INNER JOIN LocCards ON Cards.ID = LocCards.CardID",
+                       "sqlite")
+            .columns;
+    ASSERT_EQ(columns.size(), 10003U);
+    EXPECT_EQ(columns[0].name, "Known");
+    EXPECT_EQ(columns[1].name, "Cards.ID");
+    EXPECT_EQ(columns[2].name, "LocCards.ID");
+    EXPECT_EQ(columns[10002].name, "LocCards.Loc");
+}
+
 class WrittenStatements : public ::testing::TestWithParam<TestEngine> {};
 
 TEST_P(WrittenStatements, AreTakenByTheEngine) {
