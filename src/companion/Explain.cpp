@@ -1,5 +1,6 @@
 #include "companion/Explain.h"
 
+#include "base/Number.h"
 #include "companion/dialect/Keyword.h"
 #include "companion/dialect/LiftedStatement.h"
 #include "companion/dialect/Parser.h"
@@ -8,16 +9,26 @@
 #include "companion/dialect/Rewriter.h"
 #include "companion/dialect/SqliteWriter.h"
 
+#include <algorithm>
+
 namespace kintar::companion {
 
 namespace {
+
+/// A decimal literal without what only statements allow: `.5`, `5.`, zeros in front.
+std::string plainDecimal(std::string_view raw) {
+    const std::size_t exponentAt = std::min(raw.find_first_of("eE"), raw.size());
+    const std::string_view mantissa = raw.substr(0, exponentAt);
+    return numericText(mantissa).value_or(std::string(mantissa)) +
+           std::string(raw.substr(exponentAt));
+}
 
 LiftedValue liftedOf(const dialect::LiteralValue& literal) {
     switch (literal.kind) {
     case dialect::LiteralKind::Integer:
         return literal.integer;
     case dialect::LiteralKind::Decimal:
-        return DecimalNumber{std::string(literal.raw)};
+        return DecimalNumber{plainDecimal(literal.raw)};
     case dialect::LiteralKind::Text:
         return literal.text();
     case dialect::LiteralKind::DateTime:

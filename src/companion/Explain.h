@@ -12,7 +12,8 @@
 
 namespace kintar::companion {
 
-/// A number beyond 64 bits or with a fraction, digit by digit as the statement writes it.
+/// A number beyond 64 bits, with a fraction or an exponent: plain decimal text with every digit
+/// kept.
 struct DecimalNumber {
     std::string text;
 };

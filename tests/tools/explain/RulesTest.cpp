@@ -175,6 +175,21 @@ TEST(Explain, AnswersTheDialectOrWhereItWentWrong) {
     EXPECT_TRUE(broken["error"].is_string());
 }
 
+TEST(Explain, EveryNumberOfAStatementIsANumberOfTheAnswer) {
+    const auto valuesOf = [](const std::string& number) {
+        const std::string line =
+            rawAnswer("dialect", R"json({"id":1,"sql":"SELECT ID FROM Cards WHERE Code = )json" +
+                                     number + "\"}");
+        return line.substr(line.find("\"values\""));
+    };
+    EXPECT_EQ(valuesOf(".5"), R"json("values":[0.5]})json");
+    EXPECT_EQ(valuesOf("5."), R"json("values":[5]})json");
+    EXPECT_EQ(valuesOf("007.50"), R"json("values":[7.5]})json");
+    EXPECT_EQ(valuesOf(".5E3"), R"json("values":[0.5E3]})json");
+    EXPECT_EQ(valuesOf("00012345678901234567890123"),
+              R"json("values":[12345678901234567890123]})json");
+}
+
 TEST(Explain, AnswersTheDialectOfEitherEngineByItsName) {
     const auto textFor = [](const std::string& engine) {
         return ask("dialect", R"json({"id":1,"engine":")json" + engine +
