@@ -3,6 +3,7 @@
 #include "base/RunTimeError.h"
 #include "base/Unicode.h"
 #include "platform/SystemLocale.h"
+#include "tools/explain/LineId.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +18,8 @@ BadInput wrong(const char* field, const char* expected) {
     return BadInput("'" + std::string(field) + "' is not " + expected);
 }
 
-Answer errorAnswer(const Json& id, const std::string& message) {
-    return Answer().add("id", id).add("error", unicode::toValidUtf8(message));
+std::string errorLine(const Json& id, const std::string& message) {
+    return Answer().add("id", id).add("error", unicode::toValidUtf8(message)).line();
 }
 
 /// Whether brackets nest deeper than any rule asks: writing a value out again takes a stack frame a
@@ -163,9 +164,9 @@ std::string answerLine(const Rule& rule, std::string_view line) {
         rule.apply(input, answer);
         return answer.line();
     } catch (const RunTimeError& error) {
-        return errorAnswer(id, error.clientText()).line();
+        return errorLine(id, error.clientText());
     } catch (const std::exception& error) {
-        return errorAnswer(id, error.what()).line();
+        return errorLine(id.is_null() ? idOf(line) : id, error.what());
     }
 }
 

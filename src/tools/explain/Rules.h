@@ -44,7 +44,8 @@ struct Rule {
 const std::vector<Rule>& rules();
 
 /// The answer to one line, whatever it holds: the fields of the rule's answer, or `error`, with the
-/// `id` of the line in front where it has one.
+/// `id` of the line in front where it has one. A line that is no JSON still has the one it begins
+/// with.
 std::string answerLine(const Rule& rule, std::string_view line);
 
 /// A value as JSON text; bytes that are no UTF-8 become U+FFFD.

@@ -46,6 +46,22 @@ TEST(Explain, ALineThatCannotBeReadGivesAnErrorWithItsId) {
         ask("number", "{\"id\":1,\"text\":\"\xFF\",\"reading\":\"whole\"}").contains("error"));
 }
 
+TEST(Explain, ALineThatBreaksBehindItsIdKeepsIt) {
+    for (const std::string rest :
+         {R"(,"text":)", R"(,"text":NaN})", R"(,"x":1e400})", ",\"x\":\"\xFF\"}", R"(,"x":[1,2})",
+          R"(,"x":"\uD800"})", "", "} }"}) {
+        for (const std::string id : {"7", "-7", "7.5", "true", "\"seven\""}) {
+            EXPECT_EQ(ask("number", R"({"x":[{"id":8}],"id":)" + id + rest)["id"].dump(), id)
+                << rest;
+        }
+    }
+    for (const char* line :
+         {R"({"x":{"id":7},)", R"([{"id":7}])", R"({"id":{"id":7},)", R"({"id":[7],"y":)",
+          R"({"id":NaN})", R"({"id":)", R"({"text":"id")"}) {
+        EXPECT_TRUE(ask("number", line)["id"].is_null()) << line;
+    }
+}
+
 TEST(Explain, ALineThatNestsTooDeepGivesAnError) {
     constexpr std::size_t levels = 200000;
     const std::string nested = std::string(levels, '[') + std::string(levels, ']');
