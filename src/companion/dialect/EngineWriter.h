@@ -52,6 +52,9 @@ struct Translation {
 /// A parameter's value.
 using ParameterValue = std::variant<std::monostate, std::int64_t, double, std::string>;
 
+/// The value of the literal itself; a date-time as text.
+ParameterValue plainValue(const LiteralValue& literal);
+
 /// Writes statements for one engine.
 class EngineWriter {
 public:

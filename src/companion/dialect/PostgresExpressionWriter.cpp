@@ -9,19 +9,6 @@
 
 namespace kintar::companion::dialect {
 
-namespace {
-
-bool isCondition(const Expression& expression) {
-    return expression.kind >= ExpressionKind::Comparison &&
-           expression.kind <= ExpressionKind::LogicalChain;
-}
-
-Parameter parameterOf(const Literal& literal, Parameter::Use use) {
-    return {literal.ordinal, use, 0, false};
-}
-
-} // namespace
-
 void PostgresExpressionWriter::value(const Expression& expression) {
     if (isCondition(expression)) {
         out_ << "(-(";
@@ -166,7 +153,7 @@ void PostgresExpressionWriter::write(const Constant& constant) {
 
 void PostgresExpressionWriter::write(const ColumnName& column) {
     out_ << out_.nameOf(*column.source) << "."
-         << postgresSchemaName(column.source->definition->columns[column.column].name);
+         << out_.schemaName(column.source->definition->columns[column.column].name);
 }
 
 void PostgresExpressionWriter::write(const Negation& negation) {

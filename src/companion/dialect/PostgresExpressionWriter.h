@@ -1,35 +1,26 @@
 // Expressions in PostgreSQL's language, with the meaning that the dialect gives them.
 #pragma once
 
+#include "companion/dialect/ExpressionWriter.h"
 #include "companion/dialect/PostgresOutput.h"
-
-#include <functional>
 
 namespace kintar::companion::dialect {
 
 /// Writes expressions. What the engine has no built-in for is done by functions that belong to a
 /// site's schema: `kintar_fold`, `kintar_number`, `kintar_like`.
-class PostgresExpressionWriter {
+class PostgresExpressionWriter final : public ExpressionWriter {
 public:
-    /// Writes a sub-select; its one column as `Projection` says.
-    enum class Projection : std::uint8_t { Plain, Folded, Number };
-    using SelectWriter = std::function<void(const Select&, Projection)>;
-
     PostgresExpressionWriter(PostgresOutput& out, SelectWriter selects)
         : out_(out), selects_(std::move(selects)) {}
 
-    /// As a value: a condition gives -1, 0 or Null.
-    void value(const Expression& expression);
-    /// As a condition, of the engine's own truth type. Safe between AND and OR without
-    /// parentheses.
-    void condition(const Expression& expression);
+    void value(const Expression& expression) override;
+    /// Of the engine's own truth type.
+    void condition(const Expression& expression) override;
     /// What to order and to compare by: texts as names are ordered.
-    void sortKey(const Expression& expression);
-    /// What tells groups apart: texts without their letter case.
-    void groupKey(const Expression& expression);
-    void projected(const Expression& expression, Projection projection);
-    /// The value for a column of this type.
-    void assigned(const Expression& expression, ColumnType column);
+    void sortKey(const Expression& expression) override;
+    void groupKey(const Expression& expression) override;
+    void projected(const Expression& expression, Projection projection) override;
+    void assigned(const Expression& expression, ColumnType column) override;
 
 private:
     void write(const Literal& literal);

@@ -9,19 +9,6 @@
 
 namespace kintar::companion::dialect {
 
-namespace {
-
-bool isCondition(const Expression& expression) {
-    return expression.kind >= ExpressionKind::Comparison &&
-           expression.kind <= ExpressionKind::LogicalChain;
-}
-
-Parameter parameterOf(const Literal& literal, Parameter::Use use) {
-    return {literal.ordinal, use, 0, false};
-}
-
-} // namespace
-
 void SqliteExpressionWriter::value(const Expression& expression) {
     if (isCondition(expression)) {
         out_ << "-";
@@ -89,7 +76,7 @@ void SqliteExpressionWriter::projected(const Expression& expression, Projection 
     case Projection::Folded:
         groupKey(expression);
         break;
-    case Projection::Decimal:
+    case Projection::Number:
         call("kintar_decimal", expression);
         break;
     }
@@ -123,8 +110,8 @@ void SqliteExpressionWriter::write(const ColumnName& column) {
         value(*column.selected);
         return;
     }
-    out_ << sqliteName(out_.nameOf(*column.source)) << "."
-         << sqliteName(column.source->definition->columns[column.column].name);
+    out_ << out_.nameOf(*column.source) << "."
+         << out_.schemaName(column.source->definition->columns[column.column].name);
 }
 
 void SqliteExpressionWriter::write(const Negation& negation) {
@@ -307,7 +294,7 @@ void SqliteExpressionWriter::inSelect(const InSelectTest& test) {
     const ColumnType selected = test.select->columns.front().type;
     Projection projection = Projection::Plain;
     if (isTextWithNumber(test.operand->type, selected)) {
-        projection = Projection::Decimal;
+        projection = Projection::Number;
     } else if (isText(test.operand->type)) {
         projection = Projection::Folded;
     }

@@ -1,41 +1,33 @@
 // Expressions in SQLite's language, with the meaning that the dialect gives them.
 #pragma once
 
+#include "companion/dialect/ExpressionWriter.h"
 #include "companion/dialect/SearchLeads.h"
 #include "companion/dialect/SqliteOutput.h"
-
-#include <functional>
 
 namespace kintar::companion::dialect {
 
 /// Writes expressions. What SQLite has no built-in for is done by functions that our connections
 /// register: `kintar_like`, `kintar_fold`, `kintar_sort`, `kintar_decimal`, `kintar_compare`, and
 /// the collation `KINTAR`.
-class SqliteExpressionWriter {
+class SqliteExpressionWriter final : public ExpressionWriter {
 public:
-    /// Writes a sub-select; its one column as `Projection` says.
-    enum class Projection : std::uint8_t { Plain, Folded, Decimal };
-    using SelectWriter = std::function<void(const Select&, Projection)>;
-
     SqliteExpressionWriter(SqliteOutput& out, SelectWriter selects)
         : out_(out), selects_(std::move(selects)) {}
 
-    /// As a value: a condition gives -1, 0 or Null.
-    void value(const Expression& expression);
-    /// As a condition: anything but 0 and Null holds. Safe between AND and OR without parentheses.
-    void condition(const Expression& expression);
+    void value(const Expression& expression) override;
+    /// Anything but 0 and Null holds.
+    void condition(const Expression& expression) override;
     /// What to order by: Nulls first, texts as names are ordered.
-    void sortKey(const Expression& expression);
-    /// What tells groups apart: texts without their letter case.
-    void groupKey(const Expression& expression);
-    void projected(const Expression& expression, Projection projection);
+    void sortKey(const Expression& expression) override;
+    void groupKey(const Expression& expression) override;
+    void projected(const Expression& expression, Projection projection) override;
     /// Of a condition that an index serves, what the index serves: it holds for all rows that the
     /// condition holds for, and few others.
     void indexPart(const Expression& condition);
     /// Which marked test is written as a list, and the order of the others.
     void follow(const SearchPlan& plan) { plan_ = &plan; }
-    /// The value for a column of this type.
-    void assigned(const Expression& expression, ColumnType column);
+    void assigned(const Expression& expression, ColumnType column) override;
 
 private:
     void write(const Literal& literal);

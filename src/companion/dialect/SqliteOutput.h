@@ -1,47 +1,23 @@
 // A statement for SQLite while it is being written.
 #pragma once
 
-#include "companion/dialect/EngineWriter.h"
+#include "companion/dialect/StatementOutput.h"
 
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kintar::companion::dialect {
 
-/// A name as SQLite takes it whatever it holds.
-std::string sqliteName(std::string_view name);
-
-/// The text, its parameters, and the names that tables have in it.
-class SqliteOutput {
+class SqliteOutput final : public StatementOutput {
 public:
-    explicit SqliteOutput(const std::vector<LiteralValue>& values);
+    explicit SqliteOutput(const std::vector<LiteralValue>& values) : StatementOutput(values, '?') {}
 
-    SqliteOutput& operator<<(std::string_view text) {
-        translation_.text += text;
-        return *this;
+    /// Where the table's name is taken already, it gets a number.
+    void introduce(const TableSource& table) override;
+    [[nodiscard]] std::string schemaName(std::string_view name) const override {
+        return quotedName(name);
     }
-    /// A parameter: the literal itself, or what is made from it.
-    SqliteOutput& operator<<(const Parameter& parameter);
-
-    [[nodiscard]] std::size_t size() const { return translation_.text.size(); }
-    /// Takes away and gives back what was written from `from` on.
-    std::string cut(std::size_t from);
-
-    /// The clause that introduces a table: its name, and an alias where the name is taken already.
-    void introduce(const TableSource& table);
-    /// The name that columns of an introduced table are written with.
-    [[nodiscard]] const std::string& nameOf(const TableSource& table) const;
-
-    [[nodiscard]] const LiteralValue& value(std::size_t literal) const { return values_[literal]; }
-    void addSearch(const TextSearch& search) { translation_.searches.push_back(search); }
-    Translation take(std::vector<Column> columns);
-
-private:
-    const std::vector<LiteralValue>& values_;
-    Translation translation_;
-    std::map<const TableSource*, std::string> names_;
 };
 
 } // namespace kintar::companion::dialect

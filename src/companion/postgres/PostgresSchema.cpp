@@ -10,8 +10,8 @@ namespace kintar::companion::postgres {
 
 namespace {
 
-using dialect::postgresName;
 using dialect::postgresSchemaName;
+using dialect::quotedName;
 
 std::string replaced(std::string text, std::string_view what, std::string_view by) {
     for (std::size_t at = text.find(what); at != std::string::npos;
