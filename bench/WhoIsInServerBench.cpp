@@ -85,7 +85,8 @@ void measure() {
     const auto build = [&] {
         const reports::InRptWorld world = site.world();
         reports::InRptBuild made({world.record, data, world.databases, world.files, world.clock,
-                                  world.tempFolder, world.dataPath, world.report, world.alive},
+                                  world.tempFolder, world.dataPath, world.report, world.alive,
+                                  [&] { return testing::readSessionOf(server.database()); }},
                                  31, site.state);
         while (made.step()) {
         }

@@ -5,8 +5,7 @@
 #include "base/Unicode.h"
 #include "server/IgnoringErrors.h"
 
-#include <algorithm>
-#include <span>
+#include <chrono>
 #include <utility>
 
 namespace kintar::reports {
@@ -14,10 +13,11 @@ namespace {
 
 constexpr long long minutesLookedBack = 48LL * 60;
 constexpr std::size_t holdersInAStep = 64;
+constexpr std::size_t holdersReadAside = 256;
+constexpr std::chrono::milliseconds longestWait{20};
 constexpr std::size_t printerMapLimit = std::size_t{1} << 20U;
 
-// By position, as the statements name them: these are read for every holder.
-enum UseColumn : std::uint8_t { useId, useCardId, useInOut };
+// By position, as the statement names them: these are read for every row of the list.
 enum DetailColumn : std::uint8_t {
     detailLoc,
     detailLocName,
@@ -34,21 +34,6 @@ std::optional<DateTime> dateOrNothing(const FieldValue& value) {
     // A damaged date costs its own cell, never the row.
     ignoringErrors([&] { date = value.asDateTime(); });
     return date;
-}
-
-/// The statements for the uses that count: of each card the latest, where it says "in".
-void addDetails(Recordset uses, std::vector<std::string>& details) {
-    std::optional<std::int32_t> card;
-    for (; !uses.atEnd(); uses.MoveNext()) {
-        const std::int32_t next = uses.field(useCardId).leadingLong();
-        if (card == next) {
-            continue;
-        }
-        card = next;
-        if (uses.field(useInOut).view() == "I") {
-            details.push_back(detailQuery(uses.field(useId).leadingLong()));
-        }
-    }
 }
 
 InRptRow rowFrom(const Recordset& found) {
@@ -71,6 +56,7 @@ InRptBuild::InRptBuild(InRptWorld world, std::int32_t loc, InRptState& state)
 
 bool InRptBuild::step() {
     if (!world_.alive()) {
+        holders_.reset();
         database_.reset();
         error_ = "The server's shared state has ended.";
         phase_ = Phase::Failed;
@@ -112,6 +98,7 @@ bool InRptBuild::guarded(std::string_view routine, const std::function<void()>& 
 void InRptBuild::fail(const std::exception& error, std::string_view routine) {
     error_ = error.what();
     phase_ = Phase::Failed;
+    holders_.reset();
     database_.reset(); // what was built so far goes: a part of a list is worse than none
     world_.report(error, routine);
 }
@@ -134,7 +121,8 @@ void InRptBuild::PopulateTable() {
         phase_ = Phase::Holders;
     } else if (phase_ == Phase::Holders) {
         readSomeHolders();
-        if (cards_.atEnd()) {
+        if (cards_.atEnd() && holders_->isIdle()) {
+            holders_.reset();
             phase_ = Phase::Totals;
         }
     } else {
@@ -152,6 +140,10 @@ void InRptBuild::readLocations() {
     }
     ReadLocationPrinters();
     cards_ = world_.record.OpenRecordset(activeCardsQuery(locGrp), world_.data);
+    // For a single group, connections of their own would take longer than they save.
+    const bool areMany = cards_.RecordCount() > holdersReadAside;
+    holders_ = std::make_unique<HolderReads>(world_.record, world_.data,
+                                             areMany ? world_.newReadSession : nullptr);
 }
 
 void InRptBuild::ReadLocationPrinters() {
@@ -167,62 +159,52 @@ void InRptBuild::ReadLocationPrinters() {
 }
 
 void InRptBuild::readSomeHolders() {
-    const std::shared_ptr<void> snapshot = world_.data.Snapshot();
-    const std::size_t together = world_.record.readTogether(world_.data);
-    for (std::size_t holders = 0; !cards_.atEnd() && holders < holdersInAStep;) {
-        const std::vector<std::string> statements = usesOfNextHolders(together);
-        holders += statements.size();
-        readHolders(statements);
+    std::size_t holders = 0;
+    do {
+        beginGroups();
+        if (holders_->isIdle() || !holders_->waitFor(longestWait)) {
+            return;
+        }
+        const HolderDetails read = holders_->take();
+        beginGroups(); // which are read while these are written
+        for (const Recordset& detail : read.uses) {
+            insertUse(detail);
+        }
+        if (read.error) {
+            std::rethrow_exception(read.error);
+        }
+        cardsDone_ += read.cards;
+        holders += read.holders;
+    } while (holders < holdersInAStep);
+}
+
+void InRptBuild::beginGroups() {
+    const std::size_t together =
+        holders_->areAside() ? holdersReadAside : world_.record.readTogether(world_.data);
+    while (!cards_.atEnd() && holders_->canBegin()) {
+        holders_->begin(nextHolders(together));
     }
 }
 
-/// The statements for the next holders, at most so many.
-std::vector<std::string> InRptBuild::usesOfNextHolders(std::size_t most) {
+/// The next holders, at most so many.
+HolderGroup InRptBuild::nextHolders(std::size_t most) {
     const std::size_t nameId = cards_.fieldIndex("NameID");
-    std::vector<std::string> statements;
+    HolderGroup group;
     for (; !cards_.atEnd(); cards_.MoveNext()) {
         const std::int32_t next = cards_.field(nameId).leadingLong();
         if (holder_ != next) {
-            if (statements.size() == most) {
+            if (group.statements.size() == most) {
                 break;
             }
             holder_ = next;
             // The limit is taken anew for each holder: a long build does not favour the last ones.
             const DateTime limit = world_.clock.now().plusMinutes(-minutesLookedBack);
-            statements.push_back(
+            group.statements.push_back(
                 cardUsesQuery(next, choice_.locationList, world_.record.SqlDate(limit)));
         }
-        ++cardsDone_;
+        ++group.cards;
     }
-    return statements;
-}
-
-void InRptBuild::readHolders(const std::vector<std::string>& statements) {
-    std::vector<std::string> details;
-    std::exception_ptr error;
-    try {
-        for (ReadOfMany& uses : world_.record.OpenRecordsets(statements, world_.data)) {
-            addDetails(uses.take(), details);
-        }
-    } catch (...) {
-        // Those before it count.
-        error = std::current_exception();
-    }
-    insertUses(details);
-    if (error) {
-        std::rethrow_exception(error);
-    }
-}
-
-void InRptBuild::insertUses(const std::vector<std::string>& details) {
-    std::span<const std::string> left(details);
-    while (!left.empty()) {
-        const auto now = left.first(std::min(left.size(), world_.record.readTogether(world_.data)));
-        for (ReadOfMany& detail : world_.record.OpenRecordsets(now, world_.data)) {
-            insertUse(detail.take());
-        }
-        left = left.subspan(now.size());
-    }
+    return group;
 }
 
 void InRptBuild::insertUse(const Recordset& detail) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "reports/HolderReads.h"
 #include "reports/InRptStatements.h"
 #include "reports/PrinterMap.h"
 #include "server/Companion.h"
@@ -30,6 +31,8 @@ struct InRptWorld {
     std::function<void(const std::exception&, std::string_view routine)> report;
     /// Whether what the build reads from is still the server's; false ends the build.
     std::function<bool()> alive;
+    /// Gives connections to the same data for reading aside; may be empty, throw, or give nothing.
+    std::function<std::unique_ptr<ReadSession>()> newReadSession = nullptr;
 };
 
 /// What outlives a build in its object, and what a build leaves there.
@@ -45,7 +48,7 @@ class InRptBuild {
 public:
     InRptBuild(InRptWorld world, std::int32_t loc, InRptState& state);
 
-    /// Works for some milliseconds; whether there is more to do.
+    /// Works, or waits for what is read aside, for some milliseconds; whether there is more to do.
     bool step();
     [[nodiscard]] bool succeeded() const { return phase_ == Phase::Published; }
     /// What the error was; empty while there is none.
@@ -75,9 +78,8 @@ private:
     bool NewTotal(const TotalsRow& row);
     void readLocations();
     void readSomeHolders();
-    std::vector<std::string> usesOfNextHolders(std::size_t most);
-    void readHolders(const std::vector<std::string>& statements);
-    void insertUses(const std::vector<std::string>& details);
+    void beginGroups();
+    HolderGroup nextHolders(std::size_t most);
     void insertUse(const Recordset& detail);
     void writeTotals();
 
@@ -90,6 +92,7 @@ private:
     std::unique_ptr<ReportDatabase> database_;
     PrinterChoice choice_;
     Recordset cards_;
+    std::unique_ptr<HolderReads> holders_;
     std::size_t cardsDone_ = 0;
     std::optional<std::int32_t> holder_;
 };

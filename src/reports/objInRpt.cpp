@@ -42,7 +42,8 @@ void objInRpt::begin(std::int32_t loc) {
                 [this](const std::exception& error, std::string_view routine) {
                     globals_.reportError(error, routine);
                 },
-                [this, system] { return globals_.gSys && globals_.gSys == system.lock(); }},
+                [this, system] { return globals_.gSys && globals_.gSys == system.lock(); },
+                [this] { return globals_.gSys ? globals_.gSys->newReadSession() : nullptr; }},
             loc, state_);
     } catch (const std::exception& error) {
         globals_.reportError(error, "objInRpt/Create");

@@ -4,6 +4,7 @@
 #include "companion/Notices.h"
 #include "companion/OpenDatabase.h"
 #include "companion/RecordHelper.h"
+#include "companion/SiteReadSession.h"
 #include "companion/SqliteReportDatabases.h"
 #include "platform/PosixFiles.h"
 #include "reports/InRptBuild.h"
@@ -18,6 +19,12 @@ public:
     void writeFailed(const std::string& reason) override { reasons.push_back(reason); }
     std::vector<std::string> reasons;
 };
+
+/// A connection of its own to a site's database.
+inline std::unique_ptr<ReadSession> readSessionOf(const std::string& database) {
+    return std::make_unique<companion::SiteReadSession>(
+        companion::openDatabase(database, companion::DatabaseAccess::ReadOnly));
+}
 
 /// Group 3 has the locations 31 and 32, with readers 1 and 2 each; group 4 has 41. No people yet.
 class ReportSite {

@@ -42,17 +42,26 @@ std::string manyHolders() {
     return sql;
 }
 
-std::vector<std::string> rowsOn(TestEngine engine) {
+enum class Reading { InPlace, Aside };
+
+std::vector<std::string> rowsOn(TestEngine engine, Reading reading) {
     const SiteFolder site(engine);
     site.foreign(manyHolders());
     const auto data = companion::openDatabase(site.database(), companion::DatabaseAccess::ReadOnly);
     testing::ReportSite shop;
     const InRptWorld world = shop.world();
+    int sessions = 0;
+    const auto newSession = [&]() -> std::unique_ptr<ReadSession> {
+        ++sessions;
+        return reading == Reading::Aside ? testing::readSessionOf(site.database()) : nullptr;
+    };
     InRptBuild build({world.record, *data, world.databases, world.files, world.clock,
-                      world.tempFolder, world.dataPath, world.report, world.alive},
+                      world.tempFolder, world.dataPath, world.report, world.alive, newSession},
                      1, shop.state);
     while (build.step()) {
     }
+    EXPECT_EQ(sessions, reading == Reading::Aside ? 2 : 1);
+    EXPECT_EQ(build.cardsDone(), build.cardsInAll());
     EXPECT_TRUE(build.succeeded()) << build.error();
     auto rows = shop.rows("Select Loc, LocName, Dev, DevName, Name, Company, LastUsed From InRpt");
     for (const std::string& total :
@@ -62,12 +71,14 @@ std::vector<std::string> rowsOn(TestEngine engine) {
     return rows;
 }
 
-TEST(WhoIsInEngines, BothGiveTheSameRows) {
-    const auto rows = rowsOn(TestEngine::Sqlite);
+TEST(WhoIsInEngines, BothGiveTheSameRowsInPlaceAndAside) {
+    const auto rows = rowsOn(TestEngine::Sqlite, Reading::InPlace);
     EXPECT_THAT(rows, SizeIs(::testing::Gt(100U)));
     EXPECT_THAT(rows, Contains(StartsWith("total ")));
     EXPECT_THAT(rows, Contains(::testing::HasSubstr("O'Neil \\\"")));
-    EXPECT_EQ(rowsOn(TestEngine::Postgres), rows);
+    EXPECT_EQ(rowsOn(TestEngine::Postgres, Reading::InPlace), rows);
+    EXPECT_EQ(rowsOn(TestEngine::Sqlite, Reading::Aside), rows);
+    EXPECT_EQ(rowsOn(TestEngine::Postgres, Reading::Aside), rows);
 }
 
 } // namespace

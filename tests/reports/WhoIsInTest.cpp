@@ -186,6 +186,83 @@ TEST(WhoIsIn, IsAbsentWhereTheDatabaseGoesInTheMiddle) {
                 std::filesystem::directory_iterator());
 }
 
+/// 600 holders, more than are read aside at once, each in.
+void fill(ReportSite& site) {
+    std::string names;
+    std::string cards;
+    std::string uses;
+    for (int id = 1; id <= 600; ++id) {
+        const std::string start = (id == 1 ? "(" : ", (") + std::to_string(id);
+        names += start + ", 'Holder', 'A', 3, 1, 0, 0)";
+        cards += start + ", " + std::to_string(id) + ", 3, '1', '1', 1, NULL, NULL, 0, 0)";
+        uses += start + ", " + std::to_string(id) +
+                ", 31, '2012-03-14 08:00:00', 1, 'I', 'N', 'N', 'N')";
+    }
+    site.run("INSERT INTO Names VALUES " + names);
+    site.run("INSERT INTO Cards VALUES " + cards);
+    site.run("INSERT INTO LocCards VALUES " + uses);
+}
+
+class ClosedSession final : public ReadSession {
+public:
+    Connection& connection() override { return connection_; }
+    void beginRead() override {}
+    void endRead() noexcept override {}
+
+private:
+    ClosedConnection connection_;
+};
+
+TEST(WhoIsIn, IsTheSameWhereOnlyOneConnectionOrNoneCanBeHadForReadingAside) {
+    ReportSite site;
+    fill(site);
+    for (const int available : {0, 1}) {
+        int asked = 0;
+        InRptWorld world = site.world();
+        world.newReadSession = [&] {
+            if (asked++ == available) {
+                throw RunTimeError(3704, "no more connections");
+            }
+            return testing::readSessionOf(site.path());
+        };
+        InRptBuild build(world, 31, site.state);
+        while (build.step()) {
+        }
+        EXPECT_EQ(asked, available + 1);
+        EXPECT_TRUE(build.succeeded());
+        EXPECT_THAT(site.names(), SizeIs(600));
+    }
+    EXPECT_THAT(site.reported, IsEmpty());
+}
+
+TEST(WhoIsIn, ReadAsideReportsWhatFailsOnceAndLeavesNothing) {
+    ReportSite site;
+    fill(site);
+    InRptWorld world = site.world();
+    world.newReadSession = [] { return std::make_unique<ClosedSession>(); };
+    InRptBuild build(world, 31, site.state);
+    while (build.step()) {
+    }
+    EXPECT_FALSE(build.succeeded());
+    EXPECT_THAT(site.reported, ElementsAre(StartsWith("objInRpt/PopulateTable: ")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(site.folder / "temp"), {}), 0);
+}
+
+TEST(WhoIsIn, DroppedWhileItReadsAsideLeavesNothing) {
+    ReportSite site;
+    fill(site);
+    InRptWorld world = site.world();
+    world.newReadSession = [&] { return testing::readSessionOf(site.path()); };
+    {
+        InRptBuild build(world, 31, site.state);
+        ASSERT_TRUE(build.step());
+        ASSERT_TRUE(build.step());
+        ASSERT_TRUE(build.step());
+    }
+    EXPECT_THAT(site.reported, IsEmpty());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(site.folder / "temp"), {}), 0);
+}
+
 TEST(WhoIsIn, IsReportedUnderMakeRptMdbWhereTheFolderIsMissing) {
     ReportSite site;
     InRptWorld world = site.world();
