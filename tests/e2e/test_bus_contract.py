@@ -219,7 +219,7 @@ def test_the_server_ends_by_itself_and_starts_again(desktop):
     client = desktop.client()
     client.release(client.create("objImageType"))
     first = desktop.server_pid()
-    await_true(lambda: not desktop.server_runs(), 20.0, "the end of the server")
+    await_true(lambda: not desktop.server_runs(), 30.0, "the end of the server")
     # A fresh client: the binding remembers the unique name of the server that has ended.
     fresh = desktop.client()
     fresh.create("objImageType")

@@ -131,5 +131,5 @@ def test_thousands_of_rounds_leave_memory_and_descriptors_flat(desktop):
     # A leak of 200 bytes in each of ten thousand rounds would be more.
     assert ended.resident - settled.resident < 3 << 19
     # A server ends by itself when, and only when, no object is left; the client is still there.
-    await_true(lambda: not desktop.server_runs(), 20.0, "the end of a server without objects")
+    await_true(lambda: not desktop.server_runs(), 30.0, "the end of a server without objects")
     rounds.close()

@@ -185,7 +185,7 @@ def test_a_stop_before_the_start_and_a_missing_command_show_the_error(lisbon, si
     editor = lisbon.open(options=("Secure", "Arm"))
     editor.press("cmdOK")
     editor.await_text("Label_8", "Stop Date cannot be less than Start Date !!")
-    assert editor.accessible.ask("cmdErrOK")["focused"]
+    await_true(lambda: editor.accessible.ask("cmdErrOK")["focused"], what="focus on OK")
     for button in ("cmdNext", "cmdPrevious", "cmdOK", "cmdCancel"):
         assert not editor.accessible.ask(button)["enabled"], button
     assert not editor.accessible.is_showing("Slider1")

@@ -62,6 +62,8 @@ TEST(LikePattern, ListsCanBeNegated) {
     EXPECT_FALSE(matches("B", "[!a-c]"));
     EXPECT_TRUE(matches("!", "[!]")) << "nothing to negate";
     EXPECT_FALSE(matches("", "[!a]"));
+    EXPECT_TRUE(matches("^", "[^a]")) << "only ! negates";
+    EXPECT_FALSE(matches("b", "[^a]"));
 }
 
 TEST(LikePattern, ListsTakeTheMeaningFromTheirCharacters) {
