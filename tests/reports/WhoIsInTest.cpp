@@ -203,6 +203,11 @@ void fill(ReportSite& site) {
     site.run("INSERT INTO LocCards VALUES " + uses);
 }
 
+/// The embedded engine is always read in place.
+bool isServer() {
+    return testing::chosenEngine() == testing::TestEngine::Postgres;
+}
+
 class ClosedSession final : public ReadSession {
 public:
     Connection& connection() override { return connection_; }
@@ -228,7 +233,7 @@ TEST(WhoIsIn, IsTheSameWhereOnlyOneConnectionOrNoneCanBeHadForReadingAside) {
         InRptBuild build(world, 31, site.state);
         while (build.step()) {
         }
-        EXPECT_EQ(asked, available + 1);
+        EXPECT_EQ(asked, isServer() ? available + 1 : 0);
         EXPECT_TRUE(build.succeeded());
         EXPECT_THAT(site.names(), SizeIs(600));
     }
@@ -243,7 +248,10 @@ TEST(WhoIsIn, ReadAsideReportsWhatFailsOnceAndLeavesNothing) {
     InRptBuild build(world, 31, site.state);
     while (build.step()) {
     }
-    EXPECT_FALSE(build.succeeded());
+    EXPECT_EQ(build.succeeded(), !isServer());
+    if (!isServer()) {
+        return;
+    }
     EXPECT_THAT(site.reported, ElementsAre(StartsWith("objInRpt/PopulateTable: ")));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(site.folder / "temp"), {}), 0);
 }
