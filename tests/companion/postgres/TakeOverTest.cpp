@@ -7,12 +7,14 @@
 #include "support/PrivateCluster.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <poll.h>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -94,7 +96,9 @@ private:
 class TakeOver : public ::testing::Test {
 protected:
     TakeOver() {
-        site.write("kintar3.ini", "[Site]\nDatabase=" + bothServers() + "\nData=Data\n");
+        // Twenty that connect anew at once may keep the servers of a slow machine busy for long.
+        site.write("kintar3.ini", "[Site]\nDatabase=" + bothServers() +
+                                      "\nData=Data\nConnectSeconds=30\nAnswerSeconds=30\n");
         for (int number = 1; number <= workstationCount; ++number) {
             workstations.push_back(std::make_unique<Workstation>(site, number));
         }
@@ -122,7 +126,11 @@ protected:
         return standby->textOf(name.substr(begin, name.find('?') - begin));
     }
     void await(const std::function<bool()>& met) const {
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(4);
         while (!met()) {
+            if (std::chrono::steady_clock::now() > limit) {
+                throw std::runtime_error("waited four minutes in vain");
+            }
             poll(nullptr, 0, 20);
         }
     }
