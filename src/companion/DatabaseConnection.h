@@ -32,8 +32,9 @@ public:
     /// The same, read aside; see TarnRec::BeginRecordset.
     virtual std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                         std::function<void()> ended) = 0;
-    /// Runs an INSERT, UPDATE or DELETE, whole or not at all. A SELECT is an error.
-    virtual void execute(std::string_view sql) = 0;
+    /// Runs an INSERT, UPDATE or DELETE, whole or not at all; the number of rows that it met. A
+    /// SELECT is an error.
+    virtual std::size_t execute(std::string_view sql) = 0;
     /// How the engine would go about the statement, a step a line; nothing is run.
     virtual std::vector<std::string> plan(std::string_view sql) = 0;
     /// What the engine gets for a statement.

@@ -4,6 +4,9 @@
 #include "companion/DatabaseError.h"
 #include "companion/RowCriterion.h"
 #include "companion/dialect/LiteralValue.h"
+#include "companion/dialect/Parser.h"
+
+#include <variant>
 
 namespace kintar::companion {
 
@@ -15,6 +18,10 @@ DatabaseConnection& opened(Connection& connection) {
         throw DatabaseError::closed();
     }
     return *database;
+}
+
+bool isUpdate(std::string_view sql) {
+    return std::holds_alternative<dialect::Update>(dialect::parseStatement(sql).body);
 }
 
 } // namespace
@@ -40,7 +47,10 @@ std::unique_ptr<PendingRecordset> RecordHelper::BeginRecordset(std::string_view 
 
 void RecordHelper::ExecuteSQL(std::string_view sql, Connection& connection) {
     try {
-        opened(connection).execute(sql);
+        const std::size_t rows = opened(connection).execute(sql);
+        if (rows == 0 && isUpdate(sql)) {
+            notices_.writeFailed("What it would have changed is not in the database.");
+        }
     } catch (const RunTimeError& error) {
         notices_.writeFailed(error.what());
         throw;

@@ -204,6 +204,18 @@ TEST_P(SiteSystemTest, AFailedWriteIsAnnounced) {
                                              : HasSubstr("io_pkey of io"));
 }
 
+TEST_P(SiteSystemTest, AnUpdateThatMeetsNoRowIsAnnouncedAndADeletionIsNot) {
+    create();
+    const auto run = [&](const char* sql) {
+        companion.record().ExecuteSQL(sql, *system->DataConnection());
+    };
+    run("UPDATE OvrSchedule SET Status = 1 WHERE ID = 0");
+    EXPECT_THAT(notices.reasons, ElementsAre("What it would have changed is not in the database."));
+    run("DELETE FROM OvrSchedule WHERE ID = 0");
+    run("UPDATE IO SET Loc = Loc WHERE ID = 12");
+    EXPECT_EQ(notices.reasons.size(), 1U);
+}
+
 TEST(SiteLimits, EndAStatementButNotAReadThatNobodyWaitsFor) {
     const SiteFolder site(TestEngine::Postgres);
     site.write("kintar3.ini", "[Site]\nDatabase=" + site.database() + "\nStatementSeconds=1\n");

@@ -9,6 +9,7 @@
 #include "server/IgnoringErrors.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <iterator>
 #include <utility>
@@ -71,6 +72,13 @@ std::vector<std::optional<std::string>> textsOf(const std::vector<ValuesOfRuns>&
         texts.push_back(areArrays[at] ? arrayText(values[at]) : values[at].front());
     }
     return texts;
+}
+
+std::size_t rowsMetBy(PGresult* result) {
+    std::size_t rows = 0;
+    const std::string_view count = PQcmdTuples(result);
+    std::from_chars(count.data(), count.data() + count.size(), rows);
+    return rows;
 }
 
 bool isLoss(const DatabaseError& error) {
@@ -209,7 +217,7 @@ Recordset PostgresConnection::open(std::string_view sql) {
     return readOnce(sql);
 }
 
-void PostgresConnection::execute(std::string_view sql) {
+std::size_t PostgresConnection::execute(std::string_view sql) {
     // All that may fail before anything is sent comes first.
     PreparedText& text = withCurrentSchema([&]() -> PreparedText& {
         PreparedText& ready = textOf(sql, Wanted::Change);
@@ -218,7 +226,8 @@ void PostgresConnection::execute(std::string_view sql) {
     });
     bind(text);
     try {
-        handle_->runPrepared(text.name, bound_);
+        const ResultHandle result = handle_->runPrepared(text.name, bound_);
+        return rowsMetBy(result.get());
     } catch (const DatabaseError& error) {
         if (isLoss(error) && !handle_->isAlive()) {
             throw DatabaseError(ErrorKind::OutcomeUnknown,

@@ -40,7 +40,7 @@ public:
     std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                 std::function<void()> ended) override;
     /// Throws DatabaseError (OutcomeUnknown) where the connection was lost before the answer came.
-    void execute(std::string_view sql) override;
+    std::size_t execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
     std::shared_ptr<void> Snapshot() override;
     void stopWhen(const std::atomic<bool>* stop) override;

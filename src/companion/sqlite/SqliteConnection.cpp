@@ -198,11 +198,12 @@ Recordset SqliteConnection::open(std::string_view sql) {
     return withCurrentSchema([&] { return readRows(prepared(sql, Wanted::Rows)); });
 }
 
-void SqliteConnection::execute(std::string_view sql) {
-    withCurrentSchema([&] {
+std::size_t SqliteConnection::execute(std::string_view sql) {
+    return withCurrentSchema([&] {
         PreparedStatement& statement = prepared(sql, Wanted::Change);
         const Running running(statement.handle.get());
         finish(statement, sqlite3_step(statement.handle.get()));
+        return static_cast<std::size_t>(sqlite3_changes64(database_.get()));
     });
 }
 

@@ -33,7 +33,7 @@ public:
     /// connection to the same file, which is kept for the next time.
     std::unique_ptr<PendingRecordset> openAside(std::string_view sql,
                                                 std::function<void()> ended) override;
-    void execute(std::string_view sql) override;
+    std::size_t execute(std::string_view sql) override;
     std::vector<std::string> plan(std::string_view sql) override;
     std::shared_ptr<void> Snapshot() override;
 
