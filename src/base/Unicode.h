@@ -21,6 +21,11 @@ std::string sortKey(std::string_view text);
 /// No byte above 127.
 bool isAscii(std::string_view text);
 
+/// Whether a byte of UTF-8 belongs to a character that began before it.
+constexpr bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
 /// Valid UTF-8: every byte that is not part of a valid sequence becomes U+FFFD.
 std::string toValidUtf8(std::string_view bytes);
 

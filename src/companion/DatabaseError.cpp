@@ -1,5 +1,7 @@
 #include "companion/DatabaseError.h"
 
+#include "base/Unicode.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -24,10 +26,6 @@ int numberOf(ErrorKind kind) {
     }
 }
 
-bool startsCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
 } // namespace
 
 DatabaseError::DatabaseError(ErrorKind kind, const std::string& text)
@@ -36,8 +34,8 @@ DatabaseError::DatabaseError(ErrorKind kind, const std::string& text)
 DatabaseError DatabaseError::inStatement(ErrorKind kind, std::string_view statement,
                                          std::size_t offset, const std::string& text) {
     const std::string_view before = statement.substr(0, std::min(offset, statement.size()));
-    const auto position =
-        static_cast<std::size_t>(std::count_if(before.begin(), before.end(), startsCharacter)) + 1;
+    const auto continuing = std::ranges::count_if(before, unicode::continuesCharacter);
+    const std::size_t position = before.size() - static_cast<std::size_t>(continuing) + 1;
     DatabaseError error(kind, "Position " + std::to_string(position) + ": " + text);
     error.position_ = position;
     return error;

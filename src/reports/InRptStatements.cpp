@@ -32,10 +32,6 @@ std::string joined(std::initializer_list<std::string_view> parts) {
     return text;
 }
 
-bool continuesCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 } // namespace
 
 const std::vector<ReportTable>& inRptTables() {
@@ -122,7 +118,7 @@ std::string cutToWidth(std::string_view text, std::size_t width) {
     std::string valid = unicode::toValidUtf8(text);
     std::size_t characters = 0;
     for (std::size_t i = 0; i < valid.size(); ++i) {
-        if (!continuesCharacter(valid[i]) && ++characters > width) {
+        if (!unicode::continuesCharacter(valid[i]) && ++characters > width) {
             return valid.substr(0, i);
         }
     }

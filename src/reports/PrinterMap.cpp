@@ -1,5 +1,9 @@
 #include "reports/PrinterMap.h"
 
+#include "base/Unicode.h"
+
+#include <algorithm>
+
 namespace kintar::reports {
 namespace {
 
@@ -25,6 +29,12 @@ std::string_view trimmedOfBlanks(std::string_view text) {
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+std::string_view withoutLastCharacter(std::string_view text) {
+    const auto first =
+        std::ranges::find_if_not(text.rbegin(), text.rend(), unicode::continuesCharacter);
+    return first == text.rend() ? std::string_view() : text.substr(0, text.rend() - first - 1);
+}
+
 } // namespace
 
 void applyPrinterMap(std::string_view map, std::int32_t loc, PrinterChoice& choice) {
@@ -43,7 +53,7 @@ void applyPrinterMap(std::string_view map, std::int32_t loc, PrinterChoice& choi
         if (line.find(commas ? betweenCommas : number) == std::string_view::npos) {
             continue;
         }
-        choice.locationList = commas ? line.substr(0, line.size() - 1) : trimmedOfBlanks(line);
+        choice.locationList = commas ? withoutLastCharacter(line) : trimmedOfBlanks(line);
         return;
     }
 }

@@ -76,6 +76,11 @@ TEST(PrinterMap, TakesDamagedLinesAsTheyStand) {
     EXPECT_EQ(applied(",3,;A", 3), (PrinterChoice{",3", "A"}));
 }
 
+TEST(PrinterMap, DropsAWholeCharacterAtTheEndOfAList) {
+    EXPECT_EQ(applied("0,3,\xC2\xA0;A", 3), (PrinterChoice{"0,3,", "A"}));
+    EXPECT_EQ(applied("0,3,\xF0\x9F\x9A\xAA;A", 3), (PrinterChoice{"0,3,", "A"}));
+}
+
 TEST(PrinterMap, FindsNegativeLocationsByTheirText) {
     EXPECT_EQ(applied("0,-3,;A", -3), (PrinterChoice{"0,-3", "A"}));
 }

@@ -1,5 +1,6 @@
 #include "tools/sql/RowsOutput.h"
 
+#include "base/Unicode.h"
 #include "companion/Log.h"
 
 #include <algorithm>
@@ -12,8 +13,8 @@ namespace kintar::tools {
 namespace {
 
 std::size_t characters(const std::string& text) {
-    return static_cast<std::size_t>(std::ranges::count_if(
-        text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [](char c) { return !unicode::continuesCharacter(c); }));
 }
 
 bool isNumber(ColumnType type) {
