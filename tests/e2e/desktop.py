@@ -302,6 +302,10 @@ class Accessible:
         """The text of a control, awaited where its window has only just appeared."""
         return self.await_control(control).get("text")
 
+    def place(self, control):
+        """Where the program itself believes a control to be."""
+        return self.await_control(control)["extents"][:2]
+
     def is_showing(self, control):
         return self.ask(control).get("showing", False)
 

@@ -372,13 +372,15 @@ def test_releasing_the_object_closes_the_window(desktop, client, search):
     desktop.await_no_window(TITLE)
 
 
-def test_the_window_keeps_its_place_between_objects(desktop, client, search):
+def test_the_window_keeps_its_place_between_objects(desktop, client, search, accessible):
     window = open_dialog(desktop, search)
+    opened = accessible.place("cmdOK")
     desktop.run("xdotool", "windowmove", "--sync", str(window), "500", "200")
     placed = await_true(
         lambda: (found := desktop.geometry(window)[:2]) and abs(found[0] - 500) < 40 and found,
         what="the window at its new place",
     )
+    await_true(lambda: accessible.place("cmdOK") != opened, what="the program's word of it")
     for _ in range(3):
         client.release(search)
         desktop.await_no_window(TITLE)
