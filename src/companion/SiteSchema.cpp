@@ -1,5 +1,7 @@
 #include "companion/SiteSchema.h"
 
+#include "companion/dialect/Keyword.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -9,6 +11,8 @@
 namespace kintar::companion {
 
 namespace {
+
+using dialect::quotedName;
 
 ColumnDefinition integer(std::string name) {
     return {std::move(name), ColumnType::Integer, KeyKind::None};
@@ -193,10 +197,6 @@ const std::vector<TableDefinition>& siteTables() {
         return all;
     }();
     return tables;
-}
-
-std::string quotedName(const std::string& name) {
-    return '"' + name + '"';
 }
 
 std::string_view declaredType(ColumnType type) {

@@ -40,9 +40,6 @@ struct TableDefinition {
 /// Every table of a site. Built-in collations and functions only, so that any program can write.
 const std::vector<TableDefinition>& siteTables();
 
-/// A name of this schema as an identifier of the embedded engine: `"Names"`. It holds no quote.
-std::string quotedName(const std::string& name);
-
 /// A column type as a schema declares it: `INTEGER`, `REAL`, `TEXT`, `YESNO`, `DATETIME`.
 std::string_view declaredType(ColumnType type);
 

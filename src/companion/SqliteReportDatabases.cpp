@@ -2,6 +2,7 @@
 
 #include "companion/DatabaseError.h"
 #include "companion/SiteSchema.h"
+#include "companion/dialect/Keyword.h"
 #include "companion/sqlite/SqliteConnection.h"
 #include "server/IgnoringErrors.h"
 
@@ -13,6 +14,8 @@
 
 namespace kintar::companion {
 namespace {
+
+using dialect::quotedName;
 
 DatabaseError fileError(const std::string& what, const std::string& path) {
     const int reason = errno;

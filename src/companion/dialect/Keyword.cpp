@@ -28,6 +28,17 @@ bool NameOrder::operator()(std::string_view a, std::string_view b) const {
     return std::ranges::lexicographical_compare(a, b, {}, upper, upper);
 }
 
+std::string quotedName(std::string_view name) {
+    std::string quoted = "\"";
+    for (const char c : name) {
+        quoted += c;
+        if (c == '"') {
+            quoted += c;
+        }
+    }
+    return quoted + '"';
+}
+
 bool isReserved(std::string_view word) {
     return std::ranges::any_of(reservedWords,
                                [&](std::string_view known) { return sameName(known, word); });

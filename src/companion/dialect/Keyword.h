@@ -1,6 +1,7 @@
 // The words that mean something in a statement.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace kintar::companion::dialect {
@@ -12,6 +13,9 @@ bool sameName(std::string_view a, std::string_view b);
 struct NameOrder {
     bool operator()(std::string_view a, std::string_view b) const;
 };
+
+/// A name as every engine takes it whatever it holds.
+std::string quotedName(std::string_view name);
 
 /// A word that cannot be a name unless it stands in brackets.
 bool isReserved(std::string_view word);

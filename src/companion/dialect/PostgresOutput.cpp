@@ -1,6 +1,7 @@
 #include "companion/dialect/PostgresOutput.h"
 
 #include "companion/SiteSchema.h"
+#include "companion/dialect/Keyword.h"
 
 #include <algorithm>
 #include <utility>

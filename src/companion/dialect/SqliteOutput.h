@@ -1,6 +1,7 @@
 // A statement for SQLite while it is being written.
 #pragma once
 
+#include "companion/dialect/Keyword.h"
 #include "companion/dialect/StatementOutput.h"
 
 #include <string>

@@ -4,6 +4,7 @@
 #include "base/Unicode.h"
 #include "companion/Catalog.h"
 #include "companion/dialect/Decimal.h"
+#include "companion/dialect/Keyword.h"
 #include "companion/dialect/SqliteExpressionWriter.h"
 #include "companion/dialect/StatementWriter.h"
 #include "companion/dialect/TextRanges.h"

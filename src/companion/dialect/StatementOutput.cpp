@@ -4,17 +4,6 @@
 
 namespace kintar::companion::dialect {
 
-std::string quotedName(std::string_view name) {
-    std::string quoted = "\"";
-    for (const char c : name) {
-        quoted += c;
-        if (c == '"') {
-            quoted += c;
-        }
-    }
-    return quoted + '"';
-}
-
 StatementOutput::StatementOutput(const std::vector<LiteralValue>& values, char mark)
     : values_(values), mark_(mark) {
     for (std::size_t literal = 0; literal < values.size(); ++literal) {

@@ -10,9 +10,6 @@
 
 namespace kintar::companion::dialect {
 
-/// A name as every engine takes it whatever it holds.
-std::string quotedName(std::string_view name);
-
 /// The text, its parameters, and the names that tables have in it.
 class StatementOutput {
 public:

@@ -1,5 +1,6 @@
 #include "companion/postgres/PostgresSchema.h"
 
+#include "companion/dialect/Keyword.h"
 #include "companion/dialect/PostgresOutput.h"
 #include "companion/postgres/FoldTable.h"
 
